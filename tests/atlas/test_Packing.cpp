@@ -103,6 +103,8 @@ TEST(PackingTree, TwoSmallGlyphsWithPowerOfTwo)
     EXPECT_TRUE(p.pack(1));
     EXPECT_EQ(p.size(), QSize(32, 32));
     EXPECT_EQ(first->position(), QPointF(6, 26)); // slot (1, 1) on a 32-high canvas
+    EXPECT_EQ(first->positionAnimation().duration, 0.5);
+    EXPECT_EQ(first->positionAnimation().timing, TimingFunction::EaseInEaseOut);
     EXPECT_TRUE(first->canfit());
     EXPECT_TRUE(second->canfit());
     EXPECT_EQ(p.view.frameSize(), QSizeF(32, 32));
