@@ -20,7 +20,6 @@ public:
     QList<Alert> alerts;
     QString log;
     int answer = 0;
-    QString directoryToChoose;
 
     int runAlert(const QString& message, const QString& informativeText, const QStringList& buttons) override
     {
@@ -28,11 +27,6 @@ public:
         return answer;
     }
     void appendPublishLog(const QString& text) override { log += text; }
-    QString chooseDirectory(const QString& title) override
-    {
-        (void)title;
-        return directoryToChoose;
-    }
 };
 
 } // namespace qm::test

@@ -169,21 +169,4 @@ TEST_F(BuildWizardTest, AnsweringNoLeavesTheTargetsUntouched)
     EXPECT_FALSE(state.configchanged());
 }
 
-TEST_F(BuildWizardTest, UnknownPresetLeavesNoTargets)
-{
-    ASSERT_TRUE(build(8, 0));
-    EXPECT_TRUE(panel.targetArray().isEmpty());
-    EXPECT_TRUE(state.targetsPublish().isEmpty());
-}
-
-TEST_F(BuildWizardTest, DirectoryButtonFillsTheFieldUnlessCancelled)
-{
-    wizard.fields().wizDirectory = QStringLiteral("/kept");
-    wizard.wizDirectoryButton();
-    EXPECT_EQ(wizard.fields().wizDirectory, QStringLiteral("/kept"));
-    controller.directoryToChoose = QStringLiteral("/chosen");
-    wizard.wizDirectoryButton();
-    EXPECT_EQ(wizard.fields().wizDirectory, QStringLiteral("/chosen"));
-}
-
 } // namespace
