@@ -255,6 +255,7 @@ CAGlyphLayer* TextureView::getCAGlyphLayer(char16_t character) const
 
 // Filled in with the on-screen background, the preview and the glyph editor.
 void TextureView::updateCheckerboardAndColor(bool, const Color&) {}
+void TextureView::updatePreview(const QString&) {}
 void TextureView::updatePreviewPos() {}
 void TextureView::updateGlyph(char16_t, int, int, int) {}
 void TextureView::updateGlyphImage(char16_t, bool, bool) {}

@@ -95,10 +95,33 @@ public:
     QPointF FindCoords(const QRectF& rect);
     const TreeNode* Nodes() const { return m_Nodes.get(); }
 
+    // Output.
+    /// The packed texture at a scale in percent: every placed glyph re-rendered and drawn at its
+    /// place; transparent elsewhere. `quality` (0 none .. 4 high) picks the resampling when the
+    /// scale is not 100. `oriScale` is not used.
+    QImage getTexture(float scale, int quality, float oriScale);
+    /// One PNG per placed glyph, "<dir>/<code><suffix>.png", at a scale in percent, into `dir`
+    /// (created with its parents). False when the folder or a file cannot be written.
+    bool getMultipleTexture(float scale, int quality, const QString& dir, const QString& suffix, float oriScale);
+    /// The part of `rect` (top-left image coordinates) that holds pixels with alpha above the
+    /// project's `cropAlpha`.
+    QRectF GetCroppedRectFromCGImage(const QImage& image, const QRectF& rect) const;
+    void cropSelectedImage() {}
+
+    // Descriptors.
+    /// The descriptor text for a format code at a scale in percent, naming the texture file and
+    /// the face; `oriScale` (percent) scales custom-picture glyphs.
+    QString getFontplist(float scale, const QString& textureName, int output, const QString& fontFace,
+                         float oriScale) const;
+    /// The sprite-sheet property list: full size for 2, half size otherwise.
+    QString getplist(int kind) const;
+
     // The on-screen texture.
     virtual void updateCheckerboardAndColor(bool checkerBoard, const Color& backgroundColor);
 
     // Preview and single glyphs.
+    /// Lays the text out with the glyph set's glyphs ("\\n" pairs are line breaks).
+    virtual void updatePreview(const QString& text);
     virtual void updatePreviewPos();
     virtual void updateGlyph(char16_t character, int xOffset, int yOffset, int xAdvance);
     virtual void updateGlyphImage(char16_t character, bool custom, bool fitImage);
