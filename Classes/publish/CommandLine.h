@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QTextStream;
+
+namespace qm {
+
+class ProjectSession;
+struct PublishResult;
+
+/// The headless commands of the quillmark program (publish, generate, fonts, blocks, info).
+/// Reads nothing but its arguments and the files they name, writes results to `out` and
+/// messages to `err`, never opens a window, and answers an exit status. The program's main and
+/// the tests both run commands through this class.
+class CommandLine
+{
+public:
+    /// Exit statuses.
+    enum Status {
+        Ok = 0,      ///< done, every file written
+        Failed = 1,  ///< an input could not be read or a file could not be written
+        Usage = 2,   ///< the command line itself is wrong (unknown option, bad value, bad range)
+        Refused = 3, ///< the publish targets are incomplete; nothing was written
+    };
+
+    CommandLine(QTextStream& out, QTextStream& err);
+
+    /// Shows publishing progress on the error stream (for a terminal).
+    void setShowProgress(bool on) { m_showProgress = on; }
+    /// Runs one command; `arguments` exclude the program name.
+    int run(const QStringList& arguments);
+
+    /// The program's version text ("quillmark 0.1.0").
+    static QString versionText();
+
+private:
+    int runPublish(const QStringList& args);
+    int runGenerate(const QStringList& args);
+    int runFonts(const QStringList& args);
+    int runBlocks(const QStringList& args);
+    int runInfo(const QStringList& args);
+
+    /// Runs the project's publish targets (or the named ones) and turns the result into a status.
+    int publish(ProjectSession& session, const QStringList& targetNames, const QString& command);
+    /// Writes "quillmark <command>: <message>" to the error stream and answers `status`.
+    int fail(const QString& command, const QString& message, int status);
+
+    QTextStream& m_out;
+    QTextStream& m_err;
+    bool m_showProgress = false;
+};
+
+} // namespace qm

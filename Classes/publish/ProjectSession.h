@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Classes/atlas/TextureView.h"
+#include "Classes/model/sharedAppState.h"
+
+#include <QList>
+#include <QString>
+
+namespace qm {
+
+class TextureController;
+struct FontMember;
+
+/// One project without a window: its settings and its canvas wired to each other, with the
+/// document operations that the command line needs from the window controller (choosing a
+/// family, the glyph-size handler, opening and saving). Headless; talks to the user only
+/// through the controller, if any.
+class ProjectSession
+{
+public:
+    /// A new project with the new-project defaults and an empty glyph set.
+    explicit ProjectSession(TextureController* controller = nullptr);
+    ProjectSession(const ProjectSession&) = delete;
+    ProjectSession& operator=(const ProjectSession&) = delete;
+
+    sharedAppState& state() { return m_state; }
+    const sharedAppState& state() const { return m_state; }
+    TextureView& view() { return m_view; }
+    const TextureView& view() const { return m_view; }
+    TextureController* controller() const { return m_controller; }
+
+    /// Makes the project's font a family of the font manager, as choosing it in the font list
+    /// does: sets `fontName`, whether it came from a file, and reads the family's kerning and
+    /// character map into the settings. The glyph size is applied again by the caller
+    /// (reallyChangeGlyphSize), once the rest of the style is set.
+    void chooseFamily(const QString& family, bool loadedFromFile);
+    /// Empties `kerningTable` and `cmapTable`, then fills both when the family has usable kerning.
+    void loadFontTables();
+    /// The glyph-size handler: applies the size to every glyph, then takes the automatic line
+    /// height and space width from the glyph set, and refreshes the preview.
+    void reallyChangeGlyphSize(int size);
+    /// The second half of the glyph-size handler, for a glyph set that is already measured at
+    /// the project's size: the automatic line height and space width, then the preview.
+    void applyAutomaticMetrics();
+    /// Redraws every glyph and packs once with the project's packing settings.
+    void redrawAndPack();
+
+    /// Position of the family member closest to an upright regular face of normal width (the
+    /// first such when several are as close); 0 for an empty list.
+    static int regularMember(const QList<FontMember>& members);
+
+    /// Number of glyphs in the set, and of those placed on the texture.
+    int glyphCount() const;
+    int placedGlyphCount() const;
+
+private:
+    TextureController* m_controller;
+    sharedAppState m_state;
+    TextureView m_view;
+};
+
+} // namespace qm
