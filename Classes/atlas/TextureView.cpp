@@ -10,6 +10,7 @@ TextureView::TextureView(const QSizeF& frameSize)
     : m_frameSize(frameSize), m_checkerboardLayer(std::make_unique<Layer>())
 {
     m_checkerboardLayer->setName(QStringLiteral("checkerboard"));
+    m_checkerboardLayer->setBackgroundPattern(QImage(QStringLiteral(":/quillmark/checker.png")));
     m_checkerboardLayer->setFrame(QRectF(QPointF(0, 0), frameSize));
     auto background = std::make_unique<Layer>();
     background->setName(QStringLiteral("background"));
@@ -253,8 +254,7 @@ CAGlyphLayer* TextureView::getCAGlyphLayer(char16_t character) const
     return nullptr;
 }
 
-// Filled in with the on-screen background, the preview and the glyph editor.
-void TextureView::updateCheckerboardAndColor(bool, const Color&) {}
+// Filled in with the preview and the glyph editor.
 void TextureView::updatePreview(const QString&) {}
 void TextureView::updatePreviewPos() {}
 void TextureView::updateGlyph(char16_t, int, int, int) {}
