@@ -1,0 +1,166 @@
+// The quillmark program's commands end to end, as a separate process without any display:
+// exit statuses, messages, and files that public BMFont parsers read back.
+
+#include "tests/support/TestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace qm;
+
+namespace {
+
+struct Outcome
+{
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+/// Runs the program with no display and no Qt platform chosen, as a script on a server would.
+Outcome quillmark(const QStringList& args, const QString& workingDirectory = QString())
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    process.setProcessEnvironment(environment);
+    if (!workingDirectory.isEmpty())
+        process.setWorkingDirectory(workingDirectory);
+    process.start(test::programPath(), args);
+    Outcome run;
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+        return run;
+    run.status = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+/// Checks what a BMFont parser reads from a descriptor against its texture: the page names the
+/// texture, the texture has the stated size, and every glyph rectangle lies inside it.
+void expectConsistent(const QString& descriptor, const QString& texture, int size, int glyphs)
+{
+    SCOPED_TRACE(descriptor.toStdString());
+    QString error;
+    const QJsonObject font = test::readWithBMFontParser(descriptor, &error);
+    ASSERT_TRUE(error.isEmpty()) << qPrintable(error);
+    const QImage image(texture);
+    ASSERT_FALSE(image.isNull());
+    EXPECT_EQ(font.value(QStringLiteral("pages")).toArray().first().toString(),
+              QFileInfo(texture).fileName());
+    EXPECT_EQ(font.value(QStringLiteral("info")).toObject().value(QStringLiteral("size")).toInt(), size);
+    const QJsonObject common = font.value(QStringLiteral("common")).toObject();
+    EXPECT_EQ(common.value(QStringLiteral("scaleW")).toInt(), image.width());
+    EXPECT_EQ(common.value(QStringLiteral("scaleH")).toInt(), image.height());
+    const QJsonArray chars = font.value(QStringLiteral("chars")).toArray();
+    EXPECT_EQ(chars.size(), glyphs);
+    int inked = 0;
+    for (const QJsonValue& v : chars) {
+        const QJsonObject c = v.toObject();
+        const QRect r(c.value(QStringLiteral("x")).toInt(), c.value(QStringLiteral("y")).toInt(),
+                      c.value(QStringLiteral("width")).toInt(), c.value(QStringLiteral("height")).toInt());
+        EXPECT_TRUE(r.isEmpty() || image.rect().contains(r)) << c.value(QStringLiteral("id")).toInt();
+        EXPECT_GT(c.value(QStringLiteral("xadvance")).toInt(), 0) << c.value(QStringLiteral("id")).toInt();
+        inked += r.isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(inked, glyphs - 1); // every glyph but the space has a rectangle
+}
+
+} // namespace
+
+TEST(QuillmarkProgram, GenerateWritesTwoScalesThatParseBack)
+{
+    QTemporaryDir dir;
+    const Outcome run = quillmark({"generate", "--font", "DejaVu Sans", "--size", "32", "--out", "out/demo",
+                               "--scale", "100,50", "--suffix", ",-sd"},
+                              dir.path());
+    ASSERT_EQ(run.status, 0) << qPrintable(run.err);
+    const QString out = dir.filePath(QStringLiteral("out/"));
+    EXPECT_EQ(run.out,
+              QStringLiteral("\nProcessing texture: %1demo.png [Ok]\nProcessing coordinates: %1demo.fnt[Ok]"
+                             "\nProcessing texture: %1demo-sd.png [Ok]\nProcessing coordinates: "
+                             "%1demo-sd.fnt[Ok]\n")
+                  .arg(out));
+    expectConsistent(out + "demo.fnt", out + "demo.png", 32, 95);
+    expectConsistent(out + "demo-sd.fnt", out + "demo-sd.png", 16, 95);
+    EXPECT_LT(QImage(out + "demo-sd.png").width(), QImage(out + "demo.png").width());
+}
+
+TEST(QuillmarkProgram, GenerateFormatsByFriendlyName)
+{
+    QTemporaryDir dir;
+    const Outcome xml = quillmark({"generate", "--font", "DejaVu Sans", "--size", "20", "--chars", "AB",
+                               "--format", "xml", "--out", dir.filePath("x/font")});
+    ASSERT_EQ(xml.status, 0) << qPrintable(xml.err);
+    expectConsistent(dir.filePath("x/font.fnt"), dir.filePath("x/font.png"), 20, 3);
+
+    const Outcome lua = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "AB", "--format", "lua",
+                               "--out", dir.filePath("l/font")});
+    ASSERT_EQ(lua.status, 0) << qPrintable(lua.err);
+    QFile script(dir.filePath("l/font.lua"));
+    ASSERT_TRUE(script.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(script.readAll().startsWith("local sheetData = {}"));
+
+    const Outcome atlas = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "AB", "--format", "atlas",
+                                 "--out", dir.filePath("a/font")});
+    ASSERT_EQ(atlas.status, 0) << qPrintable(atlas.err);
+    EXPECT_EQ(QDir(dir.filePath("a/font.atlas")).entryList(QDir::Files),
+              (QStringList{"32.png", "65.png", "66.png"}));
+    EXPECT_TRUE(QFile::exists(dir.filePath("a/font.xml")));
+}
+
+TEST(QuillmarkProgram, ExitStatusesNameTheProblemAndTheInput)
+{
+    QTemporaryDir dir;
+    QFile blocker(dir.filePath("file"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+
+    const Outcome unwritable = quillmark(
+        {"generate", "--font", "DejaVu Sans", "--chars", "A", "--out", dir.filePath("file/sub/font")});
+    EXPECT_EQ(unwritable.status, 1);
+    EXPECT_TRUE(unwritable.out.contains("font.png [Failed]")) << qPrintable(unwritable.out);
+    EXPECT_TRUE(unwritable.err.contains("2 of 2 files could not be written")) << qPrintable(unwritable.err);
+
+    // The unset-suffix marker blocks the run before anything is written.
+    const Outcome refused = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "A", "--suffix",
+                                   "CHANGE ME", "--out", dir.filePath("refused/font")});
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_TRUE(refused.err.contains("Publish settings")) << qPrintable(refused.err);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("refused")));
+
+    const Outcome font = quillmark({"generate", "--font", "No Such Family 12", "--out", dir.filePath("x/f")});
+    EXPECT_EQ(font.status, 1);
+    EXPECT_TRUE(font.err.contains("unknown font 'No Such Family 12'")) << qPrintable(font.err);
+
+    const Outcome range = quillmark({"generate", "--range", "5A-41", "--out", dir.filePath("x/f")});
+    EXPECT_EQ(range.status, 2);
+    EXPECT_TRUE(range.err.contains("bad range '5A-41'")) << qPrintable(range.err);
+
+    const Outcome option = quillmark({"generate", "--colour", "red", "--out", dir.filePath("x/f")});
+    EXPECT_EQ(option.status, 2);
+    EXPECT_TRUE(option.err.contains("--colour")) << qPrintable(option.err);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("x")));
+}
+
+TEST(QuillmarkProgram, VersionAndHelp)
+{
+    const Outcome version = quillmark({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(version.out.startsWith("quillmark ")) << qPrintable(version.out);
+    for (const char* command : {"publish", "generate", "fonts", "blocks", "info"}) {
+        const Outcome help = quillmark({command, "--help"});
+        EXPECT_EQ(help.status, 0) << command;
+        EXPECT_TRUE(help.out.startsWith(QStringLiteral("usage: quillmark ") + command))
+            << qPrintable(help.out);
+    }
+    EXPECT_EQ(quillmark({"frobnicate"}).status, 2);
+}
