@@ -34,6 +34,28 @@ const char* const kFontsUsage =
     "with --search. A family with usable kerning pairs is followed by a tab and\n"
     "\"kerning\".\n";
 
+const char* const kPublishUsage =
+    "usage: quillmark publish PROJECT [--target NAME]...\n"
+    "\n"
+    "Writes the texture and the descriptor of every publish target of a project, or of the\n"
+    "named targets only, exactly as the publish button of the desktop program does. The publish\n"
+    "log goes to standard output; progress to standard error when it is a terminal.\n"
+    "A target directory that is a relative path is taken relative to the project's folder.\n"
+    "\n"
+    "Exit status: 0 when every file was written; 1 when a file failed or the project cannot be\n"
+    "read; 3 when a target lacks its directory, file name or suffix (nothing is written).\n";
+
+const char* const kInfoUsage =
+    "usage: quillmark info PROJECT\n"
+    "\n"
+    "Shows a project's font and style settings, its glyphs (how many, how many fit on\n"
+    "the texture) and its publish targets.\n";
+
+const char* const kBlocksUsage =
+    "usage: quillmark blocks\n"
+    "\n"
+    "Lists the Unicode blocks that generate --block takes: name, first and last code.\n";
+
 } // namespace
 
 CommandLine::CommandLine(QTextStream& out, QTextStream& err) : m_out(out), m_err(err) {}
@@ -105,20 +127,83 @@ int CommandLine::runFonts(const QStringList& args)
 
 int CommandLine::runBlocks(const QStringList& args)
 {
-    (void)args;
+    if (args.contains(QLatin1String("--help"))) {
+        m_out << kBlocksUsage;
+        return Ok;
+    }
+    if (!args.isEmpty())
+        return fail(QStringLiteral("blocks"), QStringLiteral("unknown argument '%1'").arg(args.first()),
+                    Usage);
     return fail(QStringLiteral("blocks"), QStringLiteral("not available yet"), Failed);
+}
+
+/// Reads "PROJECT [--target NAME]..." (targets only when `targets` is given).
+static QString projectArguments(const QStringList& args, QString* project, QStringList* targets)
+{
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& arg = args[i];
+        if (targets && arg == QLatin1String("--target")) {
+            if (i + 1 >= args.size())
+                return QStringLiteral("--target needs a target name");
+            targets->append(args[++i]);
+        } else if (targets && arg.startsWith(QLatin1String("--target="))) {
+            targets->append(arg.mid(9));
+        } else if (arg.startsWith(QLatin1String("--"))) {
+            return QStringLiteral("unknown option '%1'").arg(arg);
+        } else if (project->isEmpty()) {
+            *project = arg;
+        } else {
+            return QStringLiteral("unexpected argument '%1': one project at a time").arg(arg);
+        }
+    }
+    return project->isEmpty() ? QStringLiteral("no project file given") : QString();
 }
 
 int CommandLine::runInfo(const QStringList& args)
 {
-    (void)args;
-    return fail(QStringLiteral("info"), QStringLiteral("not available yet"), Failed);
+    const QString command = QStringLiteral("info");
+    if (args.contains(QLatin1String("--help"))) {
+        m_out << kInfoUsage;
+        return Ok;
+    }
+    QString project;
+    if (const QString error = projectArguments(args, &project, nullptr); !error.isEmpty())
+        return fail(command, error + QStringLiteral(" (see quillmark info --help)"), Usage);
+    CommandLineController controller(m_out, m_err);
+    ProjectSession session(&controller);
+    QString error;
+    if (!session.open(project, &error))
+        return fail(command, error, Failed);
+    printInfo(session);
+    return Ok;
 }
 
 int CommandLine::runPublish(const QStringList& args)
 {
-    (void)args;
-    return fail(QStringLiteral("publish"), QStringLiteral("not available yet"), Failed);
+    const QString command = QStringLiteral("publish");
+    if (args.contains(QLatin1String("--help"))) {
+        m_out << kPublishUsage;
+        return Ok;
+    }
+    QString project;
+    QStringList targets;
+    if (const QString error = projectArguments(args, &project, &targets); !error.isEmpty())
+        return fail(command, error + QStringLiteral(" (see quillmark publish --help)"), Usage);
+    CommandLineController controller(m_out, m_err);
+    ProjectSession session(&controller);
+    QString error;
+    if (!session.open(project, &error))
+        return fail(command, error, Failed);
+    const PublishTargets& stored = session.state().targetsPublish();
+    if (stored.isEmpty())
+        return fail(command, QStringLiteral("project '%1' has no publish targets").arg(project), Failed);
+    for (const QString& name : targets)
+        if (!stored.contains(name))
+            return fail(command,
+                        QStringLiteral("project '%1' has no target '%2' (its targets: %3)")
+                            .arg(project, name, stored.keys().join(QStringLiteral(", "))),
+                        Usage);
+    return publish(session, targets, command);
 }
 
 int CommandLine::publish(ProjectSession& session, const QStringList& targetNames, const QString& command)

@@ -44,6 +44,8 @@ private:
 
     /// Runs the project's publish targets (or the named ones) and turns the result into a status.
     int publish(ProjectSession& session, const QStringList& targetNames, const QString& command);
+    /// The settings, glyphs and targets of an open project, as the info command shows them.
+    void printInfo(ProjectSession& session);
     /// Writes "quillmark <command>: <message>" to the error stream and answers `status`.
     int fail(const QString& command, const QString& message, int status);
 

@@ -29,6 +29,17 @@ public:
     const TextureView& view() const { return m_view; }
     TextureController* controller() const { return m_controller; }
 
+    /// Opens a project file into this new session, as the document window does: the settings
+    /// of the file with the upgrades for older files, a font file the project loaded registered
+    /// again, the family's tables read, the glyph records restored, redrawn and packed. The
+    /// line height and space width keep the file's values when set (1 or more) and take their
+    /// automatic values otherwise; targets are derived for projects without any. False, with a
+    /// message naming the file and the problem, when the file cannot be read or its font family
+    /// is not installed.
+    bool open(const QString& path, QString* error);
+    /// Writes the project file. False, with a message naming the file, when that fails.
+    bool save(const QString& path, QString* error) const;
+
     /// Makes the project's font a family of the font manager, as choosing it in the font list
     /// does: sets `fontName`, whether it came from a file, and reads the family's kerning and
     /// character map into the settings. The glyph size is applied again by the caller
