@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <QImageReader>
 #include <QPointF>
 #include <QSize>
 #include <QTextStream>
@@ -646,6 +647,9 @@ int CommandLine::runGenerate(const QStringList& args)
     }
     if (output.suffixes.toList().removeDuplicates() > 0)
         return usage(QStringLiteral("two scales would write the same files; give each its own suffix"));
+
+    if (!wanted.textureName().isEmpty() && !QImageReader(wanted.textureName()).canRead())
+        return fail(command, QStringLiteral("cannot read the texture picture '%1'").arg(wanted.textureName()), Failed);
 
     // The font: a file is registered for this process; a name must resolve to an installed family.
     QString family;
