@@ -179,6 +179,18 @@ ArchiveRef KeyedArchiver::number(double value)
     return {uid};
 }
 
+ArchiveRef KeyedArchiver::boolean(bool value)
+{
+    if (!d->objects)
+        return {};
+    const QByteArray key = value ? "bYES" : "bNO";
+    if (auto it = d->shared.constFind(key); it != d->shared.constEnd())
+        return {*it};
+    const uint32_t uid = d->append(plist_new_bool(value));
+    d->shared.insert(key, uid);
+    return {uid};
+}
+
 ArchiveRef KeyedArchiver::url(const QUrl& value)
 {
     if (value.isEmpty() || !d->objects)

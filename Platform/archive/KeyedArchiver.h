@@ -62,6 +62,7 @@ public:
     /// Plain numbers.
     ArchiveRef number(int64_t value);
     ArchiveRef number(double value);
+    ArchiveRef boolean(bool value);
     /// An NSURL record {"NS.base": nil, "NS.relative": the URL text}; empty URLs give nil.
     ArchiveRef url(const QUrl& value);
     /// An NSColor record: "NSColorSpace" 1..4 (the colour's space; none gives nil) and the

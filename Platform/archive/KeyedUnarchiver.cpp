@@ -647,6 +647,12 @@ QList<ArchiveRef> KeyedUnarchiver::arrayElements(ArchiveRef object, qsizetype ma
     return d->uidList(dictItem(d->object(object), "NS.objects"), maxCount);
 }
 
+qsizetype KeyedUnarchiver::elementCount(ArchiveRef object) const
+{
+    plist_t array = dictItem(d->object(object), "NS.objects");
+    return array && plist_get_node_type(array) == PLIST_ARRAY ? qsizetype(plist_array_get_size(array)) : 0;
+}
+
 QList<std::pair<ArchiveRef, ArchiveRef>> KeyedUnarchiver::dictionaryEntries(ArchiveRef object,
                                                                             qsizetype maxCount) const
 {

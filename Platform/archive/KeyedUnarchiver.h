@@ -100,6 +100,8 @@ public:
     /// as nil. Empty when there are more than `maxCount`: callers that may meet the same large
     /// array many times (one shared by many records) bound their work with it.
     QList<ArchiveRef> arrayElements(ArchiveRef object, qsizetype maxCount = unlimited) const;
+    /// The number of elements of an array or set record's "NS.objects"; 0 for other objects.
+    qsizetype elementCount(ArchiveRef object) const;
     /// The pairs of a dictionary record's "NS.keys" and "NS.objects", as many as both have;
     /// empty when either has more than `maxCount`.
     QList<std::pair<ArchiveRef, ArchiveRef>> dictionaryEntries(ArchiveRef object,
