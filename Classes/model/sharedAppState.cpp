@@ -23,8 +23,8 @@ sharedAppState::sharedAppState(InitialValues initial)
 
 bool sharedAppState::sameSettings(const sharedAppState& other) const
 {
-#define QM_COMPARE(Type, name, ...)                                                                          \
-    if (!(m_##name == other.m_##name))                                                                       \
+#define QM_COMPARE(Type, name, ...)                                                                           \
+    if (!(m_##name == other.m_##name))                                                                        \
         return false;
     QM_SHAREDAPPSTATE_PLAIN_FIELDS(QM_COMPARE)
     QM_SHAREDAPPSTATE_INFORMED_FIELDS(QM_COMPARE)
