@@ -168,6 +168,14 @@ PlistScan scanBinaryPlist(const QByteArray& data, const PlistLimits& limits)
             return false;
         }
     };
+    auto hasNul = [&](const Object& key) {
+        const unsigned unit = key.type == 0x6 ? 2 : 1;
+        for (uint64_t i = 0; i < key.payloadBytes; i += unit) {
+            if (in.bytes[key.payloadStart + i] == 0 && (unit == 1 || in.bytes[key.payloadStart + i + 1] == 0))
+                return true;
+        }
+        return false;
+    };
     auto refAt = [&](const Object& object, uint64_t i, uint64_t* target) {
         return in.readUInt(object.refsStart + i * refSize, refSize, objectsEnd, target) &&
                *target < objectCount;
@@ -201,9 +209,10 @@ PlistScan scanBinaryPlist(const QByteArray& data, const PlistLimits& limits)
                 return fail(QStringLiteral("%1 refers to a missing object").arg(objectName(frame.index)));
             ++frame.next;
             if (frame.object.type == 0xD && frame.next <= frame.object.count) {
-                // Keys must be strings: the parser refuses anything else.
+                // Keys must be strings (the parser refuses anything else) without NUL characters
+                // (the parser's key accessor aborts on those).
                 Object key;
-                if (!decode(child, &key) || (key.type != 0x5 && key.type != 0x6))
+                if (!decode(child, &key) || (key.type != 0x5 && key.type != 0x6) || hasNul(key))
                     return fail(
                         QStringLiteral("%1 has a key that is not a string").arg(objectName(frame.index)));
             }
