@@ -35,6 +35,24 @@ plist_t dictItem(plist_t dict, const char* key)
     return dict && plist_get_node_type(dict) == PLIST_DICT ? plist_dict_get_item(dict, key) : nullptr;
 }
 
+/// Calls `visit` for each item of an array node, in order. The parser's arrays have no index,
+/// so item access by position walks the list; iterating keeps whole-array reads linear.
+template <typename Visit> void forEachItem(plist_t array, Visit visit)
+{
+    if (!array || plist_get_node_type(array) != PLIST_ARRAY)
+        return;
+    plist_array_iter it = nullptr;
+    plist_array_new_iter(array, &it);
+    for (;;) {
+        plist_t item = nullptr;
+        plist_array_next_item(array, it, &item);
+        if (!item)
+            break;
+        visit(item);
+    }
+    free(it);
+}
+
 /// A number node as a double: integers (8-byte ones are signed), reals and booleans.
 std::optional<double> nodeNumber(plist_t node)
 {
@@ -172,8 +190,7 @@ struct KeyedUnarchiver::Private
         if (qsizetype(n) > maxCount)
             return refs;
         refs.reserve(n);
-        for (uint32_t i = 0; i < n; ++i)
-            refs.append(refFromNode(plist_array_get_item(array, i)));
+        forEachItem(array, [&](plist_t item) { refs.append(refFromNode(item)); });
         return refs;
     }
 
@@ -225,8 +242,9 @@ QString KeyedUnarchiver::Private::load(const QByteArray& data)
 
     const uint32_t count = plist_array_get_size(objectArray);
     objects.reserve(count);
-    for (uint32_t i = 0; i < count; ++i)
-        objects.push_back(plist_array_get_item(objectArray, i));
+    forEachItem(objectArray, [this](plist_t item) { objects.push_back(item); });
+    if (objects.size() != count)
+        return QStringLiteral("keyed archive whose \"$objects\" array cannot be read");
     if (!scan.loneSurrogateStrings.isEmpty() && scan.archiveObjects.size() == qsizetype(count)) {
         for (uint32_t i = 0; i < count; ++i) {
             auto it = scan.loneSurrogateStrings.constFind(scan.archiveObjects[i]);
@@ -354,12 +372,10 @@ QStringList KeyedUnarchiver::classChain(ArchiveRef object) const
     QStringList names;
     if (!chain || plist_get_node_type(chain) != PLIST_ARRAY)
         return names;
-    const uint32_t n = plist_array_get_size(chain);
-    for (uint32_t i = 0; i < n; ++i) {
-        plist_t item = plist_array_get_item(chain, i);
+    forEachItem(chain, [&names](plist_t item) {
         if (plist_get_node_type(item) == PLIST_STRING)
             names.append(QString::fromUtf8(nodeBytes(item)));
-    }
+    });
     return names;
 }
 
@@ -525,12 +541,15 @@ Gradient KeyedUnarchiver::uncachedGradient(ArchiveRef object) const
             const uint32_t n = plist_array_get_size(value);
             if (qsizetype(n) > kMaxGradientStops)
                 return false;
-            for (uint32_t i = 0; i < n; ++i) {
-                const std::optional<double> v = nodeNumber(plist_array_get_item(value, i));
-                if (!v || !std::isfinite(*v))
-                    return false;
-                found.append(*v);
-            }
+            bool numbers = true;
+            forEachItem(value, [&](plist_t item) {
+                const std::optional<double> v = nodeNumber(item);
+                numbers = numbers && v && std::isfinite(*v);
+                if (numbers)
+                    found.append(*v);
+            });
+            if (!numbers)
+                return false;
         } else {
             const ArchiveRef array = d->refFromNode(value);
             if (className(array).isEmpty() || !dictItem(d->object(array), "NS.objects"))
