@@ -29,8 +29,9 @@ class KeyedUnarchiver
 public:
     /// Largest archive read, in bytes.
     static constexpr qsizetype maxArchiveSize = 64 * 1024 * 1024;
-    /// Largest image decoded from an archive, in pixels per side.
-    static constexpr int maxImageSide = 8192;
+    /// Largest image decoded from an archive, in pixels per side (the largest texture; glyph
+    /// pictures are far smaller).
+    static constexpr int maxImageSide = 4096;
     /// Keyed records with more keys than this are not decoded.
     static constexpr uint32_t maxRecordKeys = 1024;
     static constexpr qsizetype unlimited = std::numeric_limits<qsizetype>::max();
