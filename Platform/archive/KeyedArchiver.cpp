@@ -273,7 +273,12 @@ ArchiveRef KeyedArchiver::image(const QImage& value, QSizeF size)
         QBuffer buffer(&tiff);
         buffer.open(QIODevice::WriteOnly);
         QImageWriter writer(&buffer, "tiff");
-        if (!writer.write(value)) {
+        // Stored at 72 dpi, one pixel per point as the platform's images have it. The picture's
+        // own resolution is dropped: a value read from a broken file makes the TIFF writer fail.
+        QImage pixels = value;
+        pixels.setDotsPerMeterX(2835);
+        pixels.setDotsPerMeterY(2835);
+        if (!writer.write(pixels)) {
             if (d->error.isEmpty())
                 d->error = QStringLiteral("cannot encode an image as TIFF: %1").arg(writer.errorString());
             return {};

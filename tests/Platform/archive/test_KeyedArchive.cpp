@@ -144,6 +144,7 @@ TEST(KeyedArchive, ObjectsRoundTrip)
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 5; ++x)
             picture.setPixel(x, y, qRgba(40 * x, 80 * y, 7, x == 0 ? 0 : 255));
+    picture.setDotsPerMeterX(INT_MIN); // as read from a broken file; the TIFF writer refuses it
     const Gradient gradient({{Color::calibratedRGB(0.1, 0.2, 0.3, 0.5), 0.0},
                              {Color::red(), 0.25},
                              {Color::calibratedWhite(0.75), 1.0}},
