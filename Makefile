@@ -9,8 +9,11 @@ CMAKE_ARGS ?=
 
 .PHONY: demo test sanitize fuzz bench build setup format clean
 
+# Publishes the demo project's two targets (100 % and 50 %) into examples/out/.
 demo: build
-	@$(BUILD)/bin/quillmark fonts
+	$(BUILD)/bin/quillmark publish examples/demo.quillmark
+	@echo "The demo font went to examples/out/ (texture and BMFont descriptor per target):"
+	@ls -l examples/out
 
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --timeout 600

@@ -774,9 +774,9 @@ int CommandLine::runGenerate(const QStringList& args)
             t.path = projectDir.relativeFilePath(t.path).isEmpty() ? QStringLiteral(".")
                                                                    : projectDir.relativeFilePath(t.path);
         s.setTargetsPublish(targets);
-        return fail(command,
-                    QStringLiteral("cannot save '%1': project files are not available yet").arg(saved),
-                    Failed);
+        QString error;
+        if (!session.save(saved, &error))
+            return fail(command, error, Failed);
     }
     return status;
 }

@@ -2,17 +2,81 @@
 
 #include "Classes/publish/ProjectSession.h"
 
+#include "Classes/model/ProjectArchive.h"
+#include "Classes/publish/PublishPanel.h"
+#include "Classes/render/CAGlyphLayer.h"
+#include "Platform/text/FontManager.h"
+
+#include <QFileInfo>
+
 namespace qm {
 
 bool ProjectSession::open(const QString& path, QString* error)
 {
-    *error = QStringLiteral("cannot open '%1': project files are not available yet").arg(path);
-    return false;
+    ProjectData project;
+    QString reason;
+    if (!ProjectArchive::readFile(path, &project, &reason)) {
+        *error = QStringLiteral("cannot read the project %1").arg(reason);
+        return false;
+    }
+    sharedAppState& loaded = project.settings;
+    ProjectArchive::upgradeLoadedSettings(loaded);
+
+    // The path of a font file is kept as text; the program has always read it as a URL (a plain
+    // path is a URL without scheme). A failure shows only as the family being unknown.
+    if (loaded.loadedFontName() && !loaded.loadedFontPath().isEmpty()) {
+        const QUrl url(loaded.loadedFontPath());
+        const QString file = url.isLocalFile() ? url.toLocalFile() : url.scheme().isEmpty() ? url.path() : QString();
+        if (!file.isEmpty())
+            FontManager::registerFontsForFile(file);
+    }
+    if (FontManager::availableMembersOfFontFamily(loaded.fontName()).isEmpty()) {
+        *error = QStringLiteral("the project %1 uses the font '%2', which is not installed")
+                     .arg(path, loaded.fontName());
+        return false;
+    }
+
+    m_state = loaded;
+    m_state.setTxtView(&m_view);
+    m_state.setTxtCont(m_controller);
+    m_state.setProjectName(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()));
+    loadFontTables();
+    const int lineHeight = m_state.lineHeight();
+    const int spaceWidth = m_state.spaceWidth();
+
+    // The glyphs come from the character set; each then takes back its own stored settings.
+    m_state.setBlockredrawandpack(true);
+    QString characters = m_state.textGlyph();
+    if (!characters.contains(u' '))
+        characters.prepend(u' ');
+    m_state.setTextGlyph(characters);
+    for (const CGGlyphBitmap& record : project.glyphs)
+        m_view.resetGlyphParam(record);
+    m_state.setBlockredrawandpack(false);
+    redrawAndPack();
+
+    applyAutomaticMetrics();
+    if (lineHeight >= 1)
+        m_state.setLineHeight(lineHeight);
+    if (spaceWidth >= 1)
+        m_state.setSpaceWidth(spaceWidth);
+
+    // Projects from before publish targets get theirs from the older output settings.
+    PublishPanel panel(m_state, m_controller);
+    panel.loadPublishSettings();
+    m_state.setConfigchanged(false);
+    return true;
 }
 
 bool ProjectSession::save(const QString& path, QString* error) const
 {
-    *error = QStringLiteral("cannot save '%1': project files are not available yet").arg(path);
+    QList<const CGGlyphBitmap*> glyphs;
+    for (const CAGlyphLayer* layer : m_view.glyphLayers())
+        glyphs.append(&layer->glyphBitmap());
+    QString reason;
+    if (ProjectArchive::writeFile(path, m_state, glyphs, &reason))
+        return true;
+    *error = QStringLiteral("cannot save the project %1").arg(reason);
     return false;
 }
 
