@@ -770,6 +770,7 @@ int CommandLine::runGenerate(const QStringList& args)
     if (!output.saveAs.isEmpty()) {
         const QString saved = QFileInfo(output.saveAs).absoluteFilePath();
         const QDir projectDir = QFileInfo(saved).absoluteDir();
+        QDir().mkpath(projectDir.path()); // as for the targets' folders; a failure shows when saving
         for (PublishTarget& t : targets)
             t.path = projectDir.relativeFilePath(t.path).isEmpty() ? QStringLiteral(".")
                                                                    : projectDir.relativeFilePath(t.path);

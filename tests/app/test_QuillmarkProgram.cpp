@@ -80,8 +80,8 @@ TEST(QuillmarkProgram, GenerateWritesTwoScalesThatParseBack)
 {
     QTemporaryDir dir;
     const Outcome run = quillmark({"generate", "--font", "DejaVu Sans", "--size", "32", "--out", "out/demo",
-                               "--scale", "100,50", "--suffix", ",-sd"},
-                              dir.path());
+                                   "--scale", "100,50", "--suffix", ",-sd"},
+                                  dir.path());
     ASSERT_EQ(run.status, 0) << qPrintable(run.err);
     const QString out = dir.filePath(QStringLiteral("out/"));
     EXPECT_EQ(run.out,
@@ -98,19 +98,19 @@ TEST(QuillmarkProgram, GenerateFormatsByFriendlyName)
 {
     QTemporaryDir dir;
     const Outcome xml = quillmark({"generate", "--font", "DejaVu Sans", "--size", "20", "--chars", "AB",
-                               "--format", "xml", "--out", dir.filePath("x/font")});
+                                   "--format", "xml", "--out", dir.filePath("x/font")});
     ASSERT_EQ(xml.status, 0) << qPrintable(xml.err);
     expectConsistent(dir.filePath("x/font.fnt"), dir.filePath("x/font.png"), 20, 3);
 
     const Outcome lua = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "AB", "--format", "lua",
-                               "--out", dir.filePath("l/font")});
+                                   "--out", dir.filePath("l/font")});
     ASSERT_EQ(lua.status, 0) << qPrintable(lua.err);
     QFile script(dir.filePath("l/font.lua"));
     ASSERT_TRUE(script.open(QIODevice::ReadOnly));
     EXPECT_TRUE(script.readAll().startsWith("local sheetData = {}"));
 
-    const Outcome atlas = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "AB", "--format", "atlas",
-                                 "--out", dir.filePath("a/font")});
+    const Outcome atlas = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "AB", "--format",
+                                     "atlas", "--out", dir.filePath("a/font")});
     ASSERT_EQ(atlas.status, 0) << qPrintable(atlas.err);
     EXPECT_EQ(QDir(dir.filePath("a/font.atlas")).entryList(QDir::Files),
               (QStringList{"32.png", "65.png", "66.png"}));
@@ -132,7 +132,7 @@ TEST(QuillmarkProgram, ExitStatusesNameTheProblemAndTheInput)
 
     // The unset-suffix marker blocks the run before anything is written.
     const Outcome refused = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "A", "--suffix",
-                                   "CHANGE ME", "--out", dir.filePath("refused/font")});
+                                       "CHANGE ME", "--out", dir.filePath("refused/font")});
     EXPECT_EQ(refused.status, 3);
     EXPECT_TRUE(refused.err.contains("Publish settings")) << qPrintable(refused.err);
     EXPECT_FALSE(QFileInfo::exists(dir.filePath("refused")));
@@ -163,4 +163,78 @@ TEST(QuillmarkProgram, VersionAndHelp)
             << qPrintable(help.out);
     }
     EXPECT_EQ(quillmark({"frobnicate"}).status, 2);
+}
+
+TEST(QuillmarkProgram, SavedProjectPublishesTheSameFilesRelativeToItsFolder)
+{
+    QTemporaryDir dir;
+    const QStringList style = {"generate", "--font",    "DejaVu Sans", "--size",   "24",      "--chars",
+                               "AVTo",     "--outline", "1.5",         "--shadow", "--scale", "100,50"};
+    const Outcome generated =
+        quillmark(style + QStringList{"--out", "first/font", "--save", "p/font.quillmark"}, dir.path());
+    ASSERT_EQ(generated.status, 0) << qPrintable(generated.err);
+
+    // The targets say "../first": moved one folder deeper, the project writes to a/first.
+    QDir(dir.path()).mkpath("a/b");
+    ASSERT_TRUE(QFile::copy(dir.filePath("p/font.quillmark"), dir.filePath("a/b/font.quillmark")));
+    const Outcome published = quillmark({"publish", dir.filePath("a/b/font.quillmark")});
+    ASSERT_EQ(published.status, 0) << qPrintable(published.err);
+    for (const char* name : {"font.png", "font.fnt", "font-50.png", "font-50.fnt"}) {
+        QFile generatedFile(dir.filePath(QStringLiteral("first/") + name));
+        QFile publishedFile(dir.filePath(QStringLiteral("a/first/") + name));
+        ASSERT_TRUE(generatedFile.open(QIODevice::ReadOnly)) << name;
+        ASSERT_TRUE(publishedFile.open(QIODevice::ReadOnly)) << name;
+        EXPECT_EQ(generatedFile.readAll(), publishedFile.readAll()) << name;
+    }
+
+    const Outcome info = quillmark({"info", dir.filePath("a/b/font.quillmark")});
+    ASSERT_EQ(info.status, 0) << qPrintable(info.err);
+    EXPECT_TRUE(info.out.contains("5 glyphs, 5 placed")) << qPrintable(info.out);
+    EXPECT_TRUE(info.out.contains("targets     2")) << qPrintable(info.out);
+
+    const Outcome one = quillmark({"publish", dir.filePath("a/b/font.quillmark"), "--target", "50%"});
+    EXPECT_EQ(one.status, 0) << qPrintable(one.err);
+    EXPECT_EQ(one.out.count("[Ok]"), 2);
+    const Outcome unknown = quillmark({"publish", dir.filePath("a/b/font.quillmark"), "--target", "HD"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_TRUE(unknown.err.contains("no target 'HD'")) << qPrintable(unknown.err);
+}
+
+TEST(QuillmarkProgram, PublishStatusesForRefusedFailedAndUnreadableProjects)
+{
+    QTemporaryDir dir;
+    // A suffix still unset refuses the run; the project is kept all the same.
+    const Outcome refused = quillmark({"generate", "--font", "DejaVu Sans", "--chars", "A", "--suffix",
+                                       "CHANGE ME", "--out", "out/font", "--save", "p.quillmark"},
+                                      dir.path());
+    EXPECT_EQ(refused.status, 3);
+    const Outcome again = quillmark({"publish", dir.filePath("p.quillmark")});
+    EXPECT_EQ(again.status, 3);
+    EXPECT_TRUE(again.out.contains("[error] Incomplete targets settings.")) << qPrintable(again.out);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("out")));
+
+    ASSERT_EQ(quillmark({"generate", "--font", "DejaVu Sans", "--chars", "A", "--out", "out/font", "--save",
+                         "q.quillmark"},
+                        dir.path())
+                  .status,
+              0);
+    ASSERT_TRUE(QDir(dir.filePath("out")).removeRecursively());
+    QFile blocker(dir.filePath("out"));
+    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
+    blocker.close();
+    const Outcome failed = quillmark({"publish", dir.filePath("q.quillmark")});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.out.count("[Failed]"), 2) << qPrintable(failed.out);
+
+    QFile garbage(dir.filePath("garbage.quillmark"));
+    ASSERT_TRUE(garbage.open(QIODevice::WriteOnly));
+    garbage.write("not a project");
+    garbage.close();
+    for (const char* command : {"publish", "info"}) {
+        const Outcome unreadable = quillmark({command, garbage.fileName()});
+        EXPECT_EQ(unreadable.status, 1) << command;
+        EXPECT_TRUE(unreadable.err.contains(garbage.fileName())) << qPrintable(unreadable.err);
+    }
+    EXPECT_EQ(quillmark({"publish", dir.filePath("missing.quillmark")}).status, 1);
+    EXPECT_EQ(quillmark({"publish"}).status, 2);
 }
