@@ -9,7 +9,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <set>
+#include <queue>
 #include <vector>
 
 namespace qm {
@@ -54,6 +54,29 @@ public:
 
 private:
     const QByteArray& m_bytes;
+};
+
+/// The character-map writes of one read: the last code written under each glyph id. Kept flat
+/// and merged into the table once at the end, as the same glyphs are written over and over.
+class CmapWrites
+{
+public:
+    CmapWrites() : m_code(0x10000, -1) {}
+    void put(quint16 glyph, int code)
+    {
+        if (m_code[glyph] < 0)
+            m_glyphs.push_back(glyph);
+        m_code[glyph] = code;
+    }
+    void mergeInto(CmapTable& table) const
+    {
+        for (quint16 glyph : m_glyphs)
+            table.insert(glyph, char16_t(m_code[glyph]));
+    }
+
+private:
+    std::vector<qint32> m_code;
+    std::vector<quint16> m_glyphs;
 };
 
 /// The arrays of one format 4 subtable, in host order.
@@ -117,31 +140,40 @@ std::vector<Run> runsOf(const Format4& f)
         }
     }
     std::sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) { return a.code < b.code; });
-    std::set<int> open;
+    // The open segments' lowest and highest indices, through heaps that drop closed segments
+    // when they come to the top.
+    std::vector<bool> isOpen(size_t(f.segCount), false);
+    std::priority_queue<int, std::vector<int>, std::greater<int>> lowest;
+    std::priority_queue<int> highest;
     std::vector<Run> runs;
     for (size_t k = 0; k < edges.size();) {
         const int code = edges[k].code;
         for (; k < edges.size() && edges[k].code == code; ++k) {
-            if (edges[k].opens)
-                open.insert(edges[k].segment);
-            else
-                open.erase(edges[k].segment);
+            isOpen[size_t(edges[k].segment)] = edges[k].opens;
+            if (edges[k].opens) {
+                lowest.push(edges[k].segment);
+                highest.push(edges[k].segment);
+            }
         }
+        while (!lowest.empty() && !isOpen[size_t(lowest.top())])
+            lowest.pop();
+        while (!highest.empty() && !isOpen[size_t(highest.top())])
+            highest.pop();
         // Every open segment closes at a later edge, so k is valid when one is open.
-        if (!open.empty())
-            runs.push_back({*open.begin(), *open.rbegin(), code, edges[k].code - 1});
+        if (!lowest.empty())
+            runs.push_back({lowest.top(), highest.top(), code, edges[k].code - 1});
     }
     return runs;
 }
 
-/// Writes a format 4 subtable into `written` (glyph -> code, -1 for none) as if walking every
-/// segment in order and every code of it in ascending order, looking each code's segment up
-/// from segment 0, and writing the code under its glyph. Only the last write of a code can
+/// Writes a format 4 subtable as if walking every segment in order and every code of it in
+/// ascending order, looking each code's segment up from segment 0, and writing the code under
+/// its glyph. Only the last write of a code can
 /// decide a glyph's final value (a code always maps to the same glyph), so the codes are
 /// written once each in the order of their last walk: by the last segment holding them, then
 /// by code. The result is the same as the plain walk's, at a cost that does not grow with
 /// codes x segments, which a hostile subtable could make take minutes.
-void walkFormat4(const TableCursor& t, qint64 offset, std::vector<qint32>& written)
+void walkFormat4(const TableCursor& t, qint64 offset, CmapWrites& written)
 {
     const Format4 f(t, offset);
     std::vector<Run> runs = runsOf(f);
@@ -150,16 +182,16 @@ void walkFormat4(const TableCursor& t, qint64 offset, std::vector<qint32>& writt
     });
     for (const Run& run : runs)
         for (int code = run.from; code <= run.to; ++code)
-            written[f.glyph(code, run.first)] = code;
+            written.put(f.glyph(code, run.first), code);
 }
 
-void walkSubtable(const TableCursor& t, qint64 offset, std::vector<qint32>& written)
+void walkSubtable(const TableCursor& t, qint64 offset, CmapWrites& written)
 {
     // length (+ 2) and language (+ 4) are not used; format 4 reads its length itself.
     switch (t.u16(offset)) {
     case 0:
         for (int code = 0; code < 256; ++code)
-            written[t.u8(offset + 6 + code)] = code;
+            written.put(t.u8(offset + 6 + code), code);
         break;
     case 4:
         walkFormat4(t, offset, written);
@@ -203,8 +235,7 @@ void FontTablesReader::readCmap(const QByteArray& cmap, CmapTable& table)
     const int records = t.u16(2);
     if (records == 0)
         return;
-    // The last code written under each glyph id, merged into the table at the end.
-    std::vector<qint32> written(0x10000, -1);
+    CmapWrites written;
     for (int r = 0; r < records; ++r) {
         // Platform and encoding IDs (+ 0, + 2) are not tested: every record counts.
         const qint64 subtableOffset = 4 + 8 * qint64(r) + 4;
@@ -214,9 +245,7 @@ void FontTablesReader::readCmap(const QByteArray& cmap, CmapTable& table)
         if (!t.contains(subtableOffset, 4))
             break;
     }
-    for (int glyph = 0; glyph < 0x10000; ++glyph)
-        if (written[glyph] >= 0)
-            table.insert(quint16(glyph), char16_t(written[glyph]));
+    written.mergeInto(table);
 }
 
 void FontTablesReader::readKerning(const QByteArray& kern, const CmapTable& cmap, KerningTable& table)

@@ -75,25 +75,25 @@ inline void referenceReadCmap(const QByteArray& cmap, CmapTable& table)
     }
 }
 
-/// Roughly how many steps referenceReadCmap() takes, to keep it to small inputs.
-inline qint64 referenceCmapCost(const QByteArray& cmap)
+/// Roughly how many steps referenceReadCmap() takes, to keep it to small inputs; counting stops
+/// soon after `limit`.
+inline qint64 referenceCmapCost(const QByteArray& cmap, qint64 limit)
 {
     using cmapreference::field;
     const int records = int(field(cmap, 2, 2));
     qint64 cost = 0;
-    for (int r = 0; r < records; ++r) {
+    for (int r = 0; r < records && cost <= limit; ++r) {
         const qint64 o = field(cmap, 4 + 8 * qint64(r) + 4, 4);
         cost += 256;
         if (field(cmap, o, 2) != 4)
             continue;
         const int segCount = int(field(cmap, o + 6, 2)) / 2;
-        qint64 codes = 0;
-        for (int i = 0; i < segCount; ++i) {
+        cost += segCount;
+        for (int i = 0; i < segCount && cost <= limit; ++i) {
             const qint64 start = field(cmap, o + 16 + 2 * segCount + 2 * i, 2);
             const qint64 end = field(cmap, o + 14 + 2 * i, 2);
-            codes += std::max<qint64>(0, end - start + 1);
+            cost += std::max<qint64>(0, end - start + 1) * (segCount + 1);
         }
-        cost += segCount + codes * (segCount + 1);
     }
     return cost;
 }
