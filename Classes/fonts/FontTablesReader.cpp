@@ -8,8 +8,10 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <queue>
+#include <unordered_map>
 #include <vector>
 
 namespace qm {
@@ -61,22 +63,27 @@ private:
 class CmapWrites
 {
 public:
-    CmapWrites() : m_code(0x10000, -1) {}
-    void put(quint16 glyph, int code)
+    CmapWrites() : m_code(0x10000, 0), m_written(0x10000 / 64, 0) {}
+    void put(quint16 glyph, quint16 code)
     {
-        if (m_code[glyph] < 0)
-            m_glyphs.push_back(glyph);
         m_code[glyph] = code;
+        m_written[glyph / 64] |= quint64(1) << (glyph % 64);
     }
+    /// Ascending, each insertion hinted by the last one: linear for an empty table.
     void mergeInto(CmapTable& table) const
     {
-        for (quint16 glyph : m_glyphs)
-            table.insert(glyph, char16_t(m_code[glyph]));
+        CmapTable::const_iterator hint = table.cbegin();
+        for (size_t word = 0; word < m_written.size(); ++word) {
+            for (quint64 bits = m_written[word]; bits != 0; bits &= bits - 1) {
+                const size_t glyph = word * 64 + size_t(std::countr_zero(bits));
+                hint = std::next(table.insert(hint, quint16(glyph), char16_t(m_code[glyph])));
+            }
+        }
     }
 
 private:
-    std::vector<qint32> m_code;
-    std::vector<quint16> m_glyphs;
+    std::vector<quint16> m_code;
+    std::vector<quint64> m_written; ///< one bit per glyph id
 };
 
 /// The arrays of one format 4 subtable, in host order.
@@ -166,38 +173,50 @@ std::vector<Run> runsOf(const Format4& f)
     return runs;
 }
 
-/// Writes a format 4 subtable as if walking every segment in order and every code of it in
-/// ascending order, looking each code's segment up from segment 0, and writing the code under
-/// its glyph. Only the last write of a code can
-/// decide a glyph's final value (a code always maps to the same glyph), so the codes are
-/// written once each in the order of their last walk: by the last segment holding them, then
-/// by code. The result is the same as the plain walk's, at a cost that does not grow with
-/// codes x segments, which a hostile subtable could make take minutes.
-void walkFormat4(const TableCursor& t, qint64 offset, CmapWrites& written)
+/// One character-map write: `code` under `glyph`.
+struct CmapWrite
+{
+    quint16 glyph;
+    quint16 code;
+};
+
+/// How many writes of walked subtables one read keeps for replay (4 MB).
+constexpr size_t kMaxKeptWrites = size_t(1) << 20;
+
+/// The writes of a format 4 subtable, as if walking every segment in order and every code of it
+/// in ascending order, looking each code's segment up from segment 0, and writing the code under
+/// its glyph. Only the last write of a code can decide a glyph's final value (a code always maps
+/// to the same glyph), so each code is written once, in the order of the last walks: by the last
+/// segment holding it, then by code. The result is the plain walk's, at a cost that does not
+/// grow with codes x segments, which a hostile subtable could make take minutes.
+std::vector<CmapWrite> walkFormat4(const TableCursor& t, qint64 offset)
 {
     const Format4 f(t, offset);
     std::vector<Run> runs = runsOf(f);
     std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
         return a.last != b.last ? a.last < b.last : a.from < b.from;
     });
+    std::vector<CmapWrite> writes;
     for (const Run& run : runs)
         for (int code = run.from; code <= run.to; ++code)
-            written.put(f.glyph(code, run.first), code);
+            writes.push_back({f.glyph(code, run.first), quint16(code)});
+    return writes;
 }
 
-void walkSubtable(const TableCursor& t, qint64 offset, CmapWrites& written)
+std::vector<CmapWrite> walkSubtable(const TableCursor& t, qint64 offset)
 {
     // length (+ 2) and language (+ 4) are not used; format 4 reads its length itself.
     switch (t.u16(offset)) {
-    case 0:
+    case 0: {
+        std::vector<CmapWrite> writes;
         for (int code = 0; code < 256; ++code)
-            written.put(t.u8(offset + 6 + code), code);
-        break;
+            writes.push_back({t.u8(offset + 6 + code), quint16(code)});
+        return writes;
+    }
     case 4:
-        walkFormat4(t, offset, written);
-        break;
+        return walkFormat4(t, offset);
     default: // formats 2, 6, 12, ... carry no 16-bit map of their own here
-        break;
+        return {};
     }
 }
 
@@ -236,13 +255,29 @@ void FontTablesReader::readCmap(const QByteArray& cmap, CmapTable& table)
     if (records == 0)
         return;
     CmapWrites written;
+    // Records often share a subtable (Unicode under two platforms): its writes are kept, up to
+    // a bound, and replayed, which is what walking it again would write.
+    std::unordered_map<quint32, std::vector<CmapWrite>> walked;
+    size_t kept = 0;
     for (int r = 0; r < records; ++r) {
         // Platform and encoding IDs (+ 0, + 2) are not tested: every record counts.
-        const qint64 subtableOffset = 4 + 8 * qint64(r) + 4;
-        walkSubtable(t, t.u32(subtableOffset), written);
+        const qint64 offsetField = 4 + 8 * qint64(r) + 4;
+        const quint32 offset = t.u32(offsetField);
+        auto it = walked.find(offset);
+        if (it == walked.end()) {
+            std::vector<CmapWrite> writes = walkSubtable(t, offset);
+            if (kept + writes.size() > kMaxKeptWrites) {
+                walked.clear();
+                kept = 0;
+            }
+            kept += writes.size();
+            it = walked.emplace(offset, std::move(writes)).first;
+        }
+        for (const CmapWrite& w : it->second)
+            written.put(w.glyph, w.code);
         // From here on every record reads offset 0 and repeats the walk just made, which
         // changes nothing.
-        if (!t.contains(subtableOffset, 4))
+        if (!t.contains(offsetField, 4))
             break;
     }
     written.mergeInto(table);
