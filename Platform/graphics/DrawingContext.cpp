@@ -1,78 +1,42 @@
 #include "Platform/graphics/DrawingContext.h"
 
+#include "Platform/graphics/Rasterizer.h"
 #include "Platform/graphics/ShadowBlur.h"
 
-#include <QLinearGradient>
 #include <QPainter>
-#include <QRadialGradient>
+#include <QPainterPathStroker>
+#include <QtEndian>
 #include <QtMath>
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace qm {
 
+// Pixels are handled as 32-bit words holding the bytes R, G, B, A in memory order, premultiplied.
+// Per-byte arithmetic does not care about the order; only the alpha's position does.
+
 namespace {
 
-constexpr QImage::Format kTargetFormat = QImage::Format_RGBA8888_Premultiplied;
-// Scratch images use Qt's native format: its fastest to paint on and to composite from.
-constexpr QImage::Format kScratchFormat = QImage::Format_ARGB32_Premultiplied;
-constexpr int kScratchAlphaByte = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 3 : 0;
+constexpr QImage::Format kFormat = QImage::Format_RGBA8888_Premultiplied;
+constexpr int kAlphaShift = Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? 24 : 0;
+constexpr int kTableSize = 1024; // gradient colours per unit of t
 
-QPainter::CompositionMode compositionMode(BlendMode mode)
+inline quint32 alphaOf(quint32 p)
 {
-    switch (mode) {
-    case BlendMode::Normal:
-        return QPainter::CompositionMode_SourceOver;
-    case BlendMode::Multiply:
-        return QPainter::CompositionMode_Multiply;
-    case BlendMode::Screen:
-        return QPainter::CompositionMode_Screen;
-    case BlendMode::Overlay:
-        return QPainter::CompositionMode_Overlay;
-    case BlendMode::Darken:
-        return QPainter::CompositionMode_Darken;
-    case BlendMode::Lighten:
-        return QPainter::CompositionMode_Lighten;
-    case BlendMode::ColorDodge:
-        return QPainter::CompositionMode_ColorDodge;
-    case BlendMode::ColorBurn:
-        return QPainter::CompositionMode_ColorBurn;
-    case BlendMode::SoftLight:
-        return QPainter::CompositionMode_SoftLight;
-    case BlendMode::HardLight:
-        return QPainter::CompositionMode_HardLight;
-    case BlendMode::Difference:
-        return QPainter::CompositionMode_Difference;
-    case BlendMode::Exclusion:
-        return QPainter::CompositionMode_Exclusion;
-    case BlendMode::Clear:
-        return QPainter::CompositionMode_Clear;
-    case BlendMode::Copy:
-        return QPainter::CompositionMode_Source;
-    case BlendMode::SourceIn:
-        return QPainter::CompositionMode_SourceIn;
-    case BlendMode::SourceOut:
-        return QPainter::CompositionMode_SourceOut;
-    case BlendMode::SourceAtop:
-        return QPainter::CompositionMode_SourceAtop;
-    case BlendMode::DestinationOver:
-        return QPainter::CompositionMode_DestinationOver;
-    case BlendMode::DestinationIn:
-        return QPainter::CompositionMode_DestinationIn;
-    case BlendMode::DestinationOut:
-        return QPainter::CompositionMode_DestinationOut;
-    case BlendMode::DestinationAtop:
-        return QPainter::CompositionMode_DestinationAtop;
-    case BlendMode::XOR:
-        return QPainter::CompositionMode_Xor;
-    case BlendMode::PlusLighter:
-        return QPainter::CompositionMode_Plus;
-    }
-    return QPainter::CompositionMode_SourceOver;
+    return (p >> kAlphaShift) & 0xff;
 }
 
-/// Each byte of a premultiplied pixel times a / 255, rounded.
+inline quint32 pack(int r, int g, int b, int a)
+{
+    const uchar bytes[4] = {uchar(r), uchar(g), uchar(b), uchar(a)};
+    quint32 p;
+    std::memcpy(&p, bytes, 4);
+    return p;
+}
+
+/// Each byte times a / 255, rounded.
 inline quint32 byteMul(quint32 x, quint32 a)
 {
     quint32 t = (x & 0xff00ff) * a;
@@ -82,69 +46,287 @@ inline quint32 byteMul(quint32 x, quint32 a)
     return x | t;
 }
 
-/// Premultiplied scratch pixel of an unpremultiplied colour.
-quint32 premultipliedPixel(double r, double g, double b, double a)
+inline uchar mul8(uint a, uint b)
+{
+    const uint t = a * b + 128;
+    return uchar((t + (t >> 8)) >> 8);
+}
+
+/// Bytewise sum, each byte saturating at 255.
+inline quint32 addSaturated(quint32 a, quint32 b)
+{
+    quint32 lo = (a & 0xff00ff) + (b & 0xff00ff);
+    quint32 hi = ((a >> 8) & 0xff00ff) + ((b >> 8) & 0xff00ff);
+    lo |= 0x01000100 - ((lo >> 8) & 0x00010001);
+    hi |= 0x01000100 - ((hi >> 8) & 0x00010001);
+    return (lo & 0xff00ff) | ((hi & 0xff00ff) << 8);
+}
+
+/// Premultiplied pixel of an unpremultiplied colour.
+quint32 premultiplied(double r, double g, double b, double a)
 {
     auto unit = [](double v) { return std::clamp(v, 0.0, 1.0); };
     a = unit(a);
     auto byte = [a, unit](double v) { return int(std::lround(unit(v) * a * 255.0)); };
-    return qRgba(byte(r), byte(g), byte(b), int(std::lround(a * 255.0)));
+    return pack(byte(r), byte(g), byte(b), int(std::lround(a * 255.0)));
 }
 
-QGradientStops gradientStops(const Gradient& gradient)
+quint32 premultiplied(const Color& c)
 {
-    QGradientStops stops;
-    for (const GradientStop& stop : gradient.stops())
-        stops.append({std::clamp(stop.location, 0.0, 1.0), stop.color.toQColor()});
-    // Qt keeps one colour per position; a hard step (two stops at one location) survives as a
-    // step one millionth wide.
-    for (qsizetype i = stops.size() - 2; i >= 0; --i) {
-        if (stops[i].first >= stops[i + 1].first)
-            stops[i].first = stops[i + 1].first - 1e-6;
+    if (!c.isValid())
+        return 0;
+    return premultiplied(c.redComponent(), c.greenComponent(), c.blueComponent(), c.alphaComponent());
+}
+
+// ---- Blending ---------------------------------------------------------------------------------
+
+/// A separable blend function of unpremultiplied source and destination components.
+double separable(BlendMode mode, double s, double d)
+{
+    switch (mode) {
+    case BlendMode::Multiply:
+        return s * d;
+    case BlendMode::Screen:
+        return s + d - s * d;
+    case BlendMode::Overlay:
+        return separable(BlendMode::HardLight, d, s);
+    case BlendMode::Darken:
+        return std::min(s, d);
+    case BlendMode::Lighten:
+        return std::max(s, d);
+    case BlendMode::ColorDodge:
+        return d <= 0 ? 0 : s >= 1 ? 1 : std::min(1.0, d / (1 - s));
+    case BlendMode::ColorBurn:
+        return d >= 1 ? 1 : s <= 0 ? 0 : 1 - std::min(1.0, (1 - d) / s);
+    case BlendMode::HardLight:
+        return s <= 0.5 ? d * 2 * s : separable(BlendMode::Screen, 2 * s - 1, d);
+    case BlendMode::SoftLight: {
+        if (s <= 0.5)
+            return d - (1 - 2 * s) * d * (1 - d);
+        const double dd = d <= 0.25 ? ((16 * d - 12) * d + 4) * d : std::sqrt(d);
+        return d + (2 * s - 1) * (dd - d);
     }
-    while (!stops.isEmpty() && stops.first().first < 0)
-        stops.removeFirst();
-    return stops;
+    case BlendMode::Difference:
+        return std::abs(s - d);
+    case BlendMode::Exclusion:
+        return s + d - 2 * s * d;
+    default:
+        return s;
+    }
 }
 
-template <class G> void setUpGradient(G& g, const Gradient& gradient)
+/// One pixel of a separable mode: both colours unpremultiplied, blended, then composited as
+/// source-over with the blend result where both are present.
+quint32 blendSeparable(BlendMode mode, quint32 s, quint32 d)
 {
-    g.setStops(gradientStops(gradient));
-    g.setSpread(QGradient::PadSpread);
-    g.setInterpolationMode(QGradient::ComponentInterpolation); // unpremultiplied, as the stops
+    uchar sb[4], db[4], out[4];
+    std::memcpy(sb, &s, 4);
+    std::memcpy(db, &d, 4);
+    const double sa = sb[3] / 255.0, da = db[3] / 255.0;
+    for (int i = 0; i < 3; ++i) {
+        const double sc = sb[i] / 255.0, dc = db[i] / 255.0;
+        const double b = (sa > 0 && da > 0) ? separable(mode, sc / sa, dc / da) : 0;
+        const double v = (1 - da) * sc + (1 - sa) * dc + sa * da * b;
+        out[i] = uchar(std::lround(std::clamp(v, 0.0, 1.0) * 255));
+    }
+    out[3] = uchar(std::lround(std::clamp(sa + da - sa * da, 0.0, 1.0) * 255));
+    quint32 r;
+    std::memcpy(&r, out, 4);
+    return r;
 }
 
-/// The axis through the rectangle's centre at the angle, long enough to span the rectangle.
-QLinearGradient linearGradientOver(const Gradient& gradient, const QRectF& rect, double angleDegrees)
+/// The result of a Porter-Duff mode for fully covered pixels.
+inline quint32 porterDuff(BlendMode mode, quint32 s, quint32 d)
 {
-    const double radians = qDegreesToRadians(angleDegrees);
-    const QPointF direction(std::cos(radians), std::sin(radians));
-    const double half = std::max(
-        (std::abs(rect.width() * direction.x()) + std::abs(rect.height() * direction.y())) / 2, 1e-9);
-    QLinearGradient g(rect.center() - direction * half, rect.center() + direction * half);
-    setUpGradient(g, gradient);
-    return g;
+    const quint32 sa = alphaOf(s), da = alphaOf(d);
+    switch (mode) {
+    case BlendMode::Clear:
+        return 0;
+    case BlendMode::Copy:
+        return s;
+    case BlendMode::SourceIn:
+        return byteMul(s, da);
+    case BlendMode::SourceOut:
+        return byteMul(s, 255 - da);
+    case BlendMode::SourceAtop:
+        return addSaturated(byteMul(s, da), byteMul(d, 255 - sa));
+    case BlendMode::DestinationOver:
+        return addSaturated(d, byteMul(s, 255 - da));
+    case BlendMode::DestinationIn:
+        return byteMul(d, sa);
+    case BlendMode::DestinationOut:
+        return byteMul(d, 255 - sa);
+    case BlendMode::DestinationAtop:
+        return addSaturated(byteMul(d, sa), byteMul(s, 255 - da));
+    case BlendMode::XOR:
+        return addSaturated(byteMul(s, 255 - da), byteMul(d, 255 - sa));
+    case BlendMode::PlusLighter:
+        return addSaturated(s, d);
+    case BlendMode::Normal:
+        return addSaturated(s, byteMul(d, 255 - sa));
+    default:
+        return blendSeparable(mode, s, d);
+    }
 }
 
-/// Draws an image upright (its first row at the top of `rect` in y-up space).
-void drawUpright(QPainter& painter, const QRectF& rect, const QImage& image)
+/// Blends a row of source pixels onto the destination; `coverage` (null = full) limits what the
+/// mode may change: each pixel becomes a mix of old and new by its coverage.
+void blendRow(BlendMode mode, quint32* dst, const quint32* src, const uchar* coverage, int n)
 {
-    const QTransform flipInRect(1, 0, 0, -1, 0, rect.top() + rect.bottom());
-    painter.setTransform(flipInRect * painter.transform());
-    painter.drawImage(rect, image);
+    if (mode == BlendMode::Normal) {
+        for (int i = 0; i < n; ++i) {
+            const quint32 c = coverage ? coverage[i] : 255;
+            if (!c || !src[i])
+                continue;
+            const quint32 s = c == 255 ? src[i] : byteMul(src[i], c);
+            const quint32 sa = alphaOf(s);
+            dst[i] = sa == 255 ? s : s + byteMul(dst[i], 255 - sa);
+        }
+        return;
+    }
+    for (int i = 0; i < n; ++i) {
+        const quint32 c = coverage ? coverage[i] : 255;
+        if (!c)
+            continue;
+        const quint32 r = porterDuff(mode, src[i], dst[i]);
+        dst[i] = c == 255 ? r : addSaturated(byteMul(r, c), byteMul(dst[i], 255 - c));
+    }
 }
 
-QRect alignedDeviceRect(const QTransform& toDevice, const QRectF& user)
+// ---- Gradients --------------------------------------------------------------------------------
+
+/// Premultiplied colours at t = i / kTableSize, interpolated unpremultiplied between the stops
+/// and held beyond the first and last. The last table is kept: a run of glyphs shares one.
+const std::vector<quint32>& gradientTable(const Gradient& gradient)
 {
-    return toDevice.mapRect(user).toAlignedRect();
+    thread_local Gradient cachedGradient;
+    thread_local std::vector<quint32> cached;
+    if (!cached.empty() && cachedGradient == gradient)
+        return cached;
+    cached.assign(kTableSize + 1, 0);
+    const QList<GradientStop>& stops = gradient.stops();
+    qsizetype next = 0;
+    for (int i = 0; i <= kTableSize; ++i) {
+        const double t = double(i) / kTableSize;
+        while (next < stops.size() && stops[next].location <= t)
+            ++next;
+        const Color* a = nullptr;
+        const Color* b = nullptr;
+        double f = 0;
+        if (next == 0) {
+            a = &stops.first().color;
+        } else if (next == stops.size()) {
+            a = &stops.last().color;
+        } else {
+            const GradientStop& s0 = stops[next - 1];
+            const GradientStop& s1 = stops[next];
+            a = &s0.color;
+            b = &s1.color;
+            const double span = s1.location - s0.location;
+            f = span > 0 ? (t - s0.location) / span : 0;
+        }
+        if (!b) {
+            cached[i] = premultiplied(*a);
+            continue;
+        }
+        auto mix = [f](double x, double y) { return x + (y - x) * f; };
+        cached[i] = premultiplied(
+            mix(a->redComponent(), b->redComponent()), mix(a->greenComponent(), b->greenComponent()),
+            mix(a->blueComponent(), b->blueComponent()), mix(a->alphaComponent(), b->alphaComponent()));
+    }
+    cachedGradient = gradient;
+    return cached;
+}
+
+inline quint32 lookUp(const std::vector<quint32>& table, double t)
+{
+    return table[size_t(std::clamp(t, 0.0, 1.0) * kTableSize + 0.5)];
 }
 
 } // namespace
 
+// ---- Paint sources ----------------------------------------------------------------------------
+
+/// What an operation paints, in image pixels: one colour, a gradient or a picture.
+struct DrawingContext::Paint
+{
+    enum class Kind { Solid, Linear, Radial, Pixels } kind = Kind::Solid;
+    quint32 color = 0;
+    // Gradients: t along the axis from `origin` (linear), or the t whose circle passes through the
+    // pixel, circles growing from radius 0 at `origin` to `radius` at origin + axis (radial).
+    QPointF origin;
+    QPointF axis;
+    double radius = 0;
+    const std::vector<quint32>* table = nullptr;
+    // Pixels: a premultiplied RGBA image whose top-left pixel sits at `at`.
+    const QImage* pixels = nullptr;
+    QPoint at;
+
+    static Paint solid(const Color& c)
+    {
+        Paint p;
+        p.color = premultiplied(c);
+        return p;
+    }
+
+    /// Premultiplied colours of image row y, columns x .. x + n - 1.
+    void fetch(int x, int y, int n, quint32* out) const
+    {
+        switch (kind) {
+        case Kind::Solid:
+            std::fill_n(out, n, color);
+            return;
+        case Kind::Linear: {
+            const double length2 = QPointF::dotProduct(axis, axis);
+            const double dt = axis.x() / length2;
+            double t = ((x + 0.5 - origin.x()) * axis.x() + (y + 0.5 - origin.y()) * axis.y()) / length2;
+            for (int i = 0; i < n; ++i, t += dt)
+                out[i] = lookUp(*table, t);
+            return;
+        }
+        case Kind::Radial: {
+            // |q - t axis| = t radius  =>  a t^2 - 2 (q.axis) t + |q|^2 = 0, with a < 0 while the
+            // start point lies inside the end circle; the root wanted is the non-negative one.
+            const double a = QPointF::dotProduct(axis, axis) - radius * radius;
+            const double qy = y + 0.5 - origin.y();
+            for (int i = 0; i < n; ++i) {
+                const double qx = x + i + 0.5 - origin.x();
+                const double qd = qx * axis.x() + qy * axis.y();
+                const double qq = qx * qx + qy * qy;
+                double t = 1;
+                if (std::abs(a) > 1e-12) {
+                    const double disc = qd * qd - a * qq;
+                    if (disc >= 0)
+                        t = (qd - std::sqrt(disc)) / a;
+                } else if (qd > 0) {
+                    t = qq / (2 * qd);
+                }
+                out[i] = lookUp(*table, t);
+            }
+            return;
+        }
+        case Kind::Pixels: {
+            std::fill_n(out, n, 0);
+            const int row = y - at.y();
+            if (!pixels || row < 0 || row >= pixels->height())
+                return;
+            const int from = std::max(x, at.x()), to = std::min(x + n, at.x() + pixels->width());
+            if (from < to) {
+                const auto* line = reinterpret_cast<const quint32*>(pixels->constScanLine(row));
+                std::copy(line + (from - at.x()), line + (to - at.x()), out + (from - x));
+            }
+            return;
+        }
+        }
+    }
+};
+
+// ---- State ------------------------------------------------------------------------------------
+
 struct DrawingContext::State
 {
-    std::shared_ptr<const QImage> clipMask; // Alpha8 coverage over the whole bitmap; null = unclipped
-    QRect clipDevice;                       // in image rows; coverage is zero outside it
+    std::shared_ptr<const CoverageMask> clip; // null = unclipped
+    QRect clipDevice;                         // image pixels the clip leaves open
     QRectF clipUser;
     Shadow shadow;
     Color fill = Color::deviceRGB(0, 0, 0);
@@ -159,15 +341,15 @@ struct DrawingContext::State
 struct DrawingContext::Target
 {
     QImage* image = nullptr;
-    QImage owned; // the pixels of a transparency layer
-    QPainter painter;
+    QImage owned;          // the pixels of a transparency layer
+    QRect dirty;           // what has been drawn into it
     size_t stateDepth = 1; // states in force when the target became current
 };
 
 DrawingContext::DrawingContext(QImage& image) : m_image(image)
 {
-    if (!m_image.isNull() && m_image.format() != kTargetFormat)
-        m_image.convertTo(kTargetFormat);
+    if (!m_image.isNull() && m_image.format() != kFormat)
+        m_image.convertTo(kFormat);
     m_flip = QTransform(1, 0, 0, -1, 0, m_image.height());
     State s;
     s.clipDevice = m_image.rect();
@@ -175,19 +357,10 @@ DrawingContext::DrawingContext(QImage& image) : m_image(image)
     m_states.push_back(s);
     auto base = std::make_unique<Target>();
     base->image = &m_image;
-    if (!m_image.isNull())
-        base->painter.begin(&m_image);
     m_targets.push_back(std::move(base));
 }
 
-DrawingContext::~DrawingContext()
-{
-    while (!m_targets.empty()) {
-        if (m_targets.back()->painter.isActive())
-            m_targets.back()->painter.end();
-        m_targets.pop_back();
-    }
-}
+DrawingContext::~DrawingContext() = default;
 
 int DrawingContext::width() const
 {
@@ -214,7 +387,10 @@ DrawingContext::Target& DrawingContext::target()
     return *m_targets.back();
 }
 
-// ---- Graphics state ---------------------------------------------------------------------------
+bool DrawingContext::antialiasing() const
+{
+    return m_allowsAntialiasing && state().antialias;
+}
 
 void DrawingContext::saveGState()
 {
@@ -227,39 +403,57 @@ void DrawingContext::restoreGState()
         m_states.pop_back();
 }
 
-void DrawingContext::intersectClip(QImage coverage, const QRect& deviceBounds, const QRectF& userBounds)
+void DrawingContext::intersectClip(CoverageMask coverage, const QRectF& userBounds)
 {
     State& s = state();
-    const QRect bounds = deviceBounds & m_image.rect();
-    if (s.clipMask) {
-        const QImage& old = *s.clipMask;
-        for (int y = bounds.top(); y <= bounds.bottom(); ++y) {
-            uchar* to = coverage.scanLine(y);
-            const uchar* from = old.constScanLine(y);
-            for (int x = bounds.left(); x <= bounds.right(); ++x)
-                to[x] = uchar((to[x] * from[x] + 127) / 255);
+    if (s.clip && !coverage.isEmpty()) {
+        // The new coverage lies within the old clip's rectangle.
+        const CoverageMask& old = *s.clip;
+        const int n = coverage.rect.width();
+        for (int y = coverage.rect.top(); y <= coverage.rect.bottom(); ++y) {
+            uchar* to = coverage.row(y);
+            const uchar* from = old.row(y) + (coverage.rect.left() - old.rect.left());
+            for (int i = 0; i < n; ++i)
+                to[i] = mul8(to[i], from[i]);
         }
     }
-    s.clipMask = std::make_shared<const QImage>(std::move(coverage));
-    s.clipDevice = bounds & s.clipDevice;
+    // Trim the rows and columns the clip closes entirely: later drawing need not visit them.
+    if (!coverage.isEmpty()) {
+        const QRect r = coverage.rect;
+        int top = r.bottom() + 1, bottom = r.top() - 1, left = r.right() + 1, right = r.left() - 1;
+        for (int y = r.top(); y <= r.bottom(); ++y) {
+            const uchar* row = coverage.row(y);
+            int first = 0, last = r.width() - 1;
+            while (first <= last && !row[first])
+                ++first;
+            if (first > last)
+                continue;
+            while (!row[last])
+                --last;
+            top = std::min(top, y);
+            bottom = y;
+            left = std::min(left, r.left() + first);
+            right = std::max(right, r.left() + last);
+        }
+        const QRect tight = top <= bottom ? QRect(QPoint(left, top), QPoint(right, bottom)) : QRect();
+        if (tight != r) {
+            CoverageMask trimmed;
+            trimmed.rect = tight;
+            trimmed.values.resize(size_t(tight.width()) * std::max(0, tight.height()));
+            for (int y = tight.top(); y <= tight.bottom(); ++y)
+                std::memcpy(trimmed.row(y), coverage.row(y) + (tight.left() - r.left()),
+                            size_t(tight.width()));
+            coverage = std::move(trimmed);
+        }
+    }
+    s.clipDevice = coverage.isEmpty() ? QRect() : coverage.rect;
+    s.clip = std::make_shared<const CoverageMask>(std::move(coverage));
     s.clipUser = s.clipUser.intersected(userBounds);
 }
 
 void DrawingContext::clipToPath(const QPainterPath& path)
 {
-    if (m_image.isNull())
-        return;
-    QImage coverage(m_image.size(), QImage::Format_Alpha8);
-    coverage.fill(0);
-    const QRect bounds =
-        alignedDeviceRect(m_flip, path.boundingRect()).adjusted(-1, -1, 1, 1) & m_image.rect();
-    if (!bounds.isEmpty()) {
-        QPainter p(&coverage);
-        p.setTransform(m_flip);
-        p.setRenderHint(QPainter::Antialiasing, m_allowsAntialiasing && state().antialias);
-        p.fillPath(path, Qt::black);
-    }
-    intersectClip(std::move(coverage), bounds, path.boundingRect());
+    intersectClip(rasterizePath(path, m_flip, state().clipDevice, antialiasing()), path.boundingRect());
 }
 
 void DrawingContext::clipToRect(const QRectF& rect)
@@ -271,33 +465,39 @@ void DrawingContext::clipToRect(const QRectF& rect)
 
 void DrawingContext::clipToMask(const QRectF& rect, const QImage& mask)
 {
-    if (m_image.isNull())
-        return;
-    QImage alpha;
-    if (mask.hasAlphaChannel()) {
-        alpha = mask.convertToFormat(QImage::Format_Alpha8);
-    } else {
-        // A mask without alpha lets its grey level through: white shows, black hides.
-        const QImage grey = mask.convertToFormat(QImage::Format_Grayscale8);
-        alpha =
-            QImage(grey.constBits(), grey.width(), grey.height(), grey.bytesPerLine(), QImage::Format_Alpha8)
-                .copy();
-    }
     const QRectF deviceRect = m_flip.mapRect(rect);
-    const QRect bounds = deviceRect.toAlignedRect() & m_image.rect();
-    QImage coverage;
-    if (deviceRect == QRectF(m_image.rect()) && alpha.size() == m_image.size()) {
-        coverage = std::move(alpha);
-    } else {
-        coverage = QImage(m_image.size(), QImage::Format_Alpha8);
-        coverage.fill(0);
-        if (!bounds.isEmpty()) {
-            QPainter p(&coverage);
-            p.setRenderHint(QPainter::SmoothPixmapTransform, true);
-            p.drawImage(deviceRect, alpha);
+    const QRect region = deviceRect.toAlignedRect() & state().clipDevice;
+    CoverageMask coverage;
+    if (!region.isEmpty() && !mask.isNull()) {
+        QImage alpha;
+        if (mask.hasAlphaChannel()) {
+            alpha = mask.convertToFormat(QImage::Format_Alpha8);
+        } else {
+            // A mask without alpha lets its grey level through: white shows, black hides.
+            const QImage grey = mask.convertToFormat(QImage::Format_Grayscale8);
+            alpha = QImage(grey.constBits(), grey.width(), grey.height(), grey.bytesPerLine(),
+                           QImage::Format_Alpha8)
+                        .copy();
         }
+        QPoint origin = deviceRect.topLeft().toPoint(); // image pixel of alpha's first value
+        if (deviceRect != QRectF(deviceRect.toAlignedRect()) || alpha.size() != deviceRect.size().toSize()) {
+            QImage placed(region.size(), QImage::Format_Alpha8);
+            placed.fill(0);
+            QPainter p(&placed);
+            p.setRenderHint(QPainter::SmoothPixmapTransform, true);
+            p.translate(-region.topLeft());
+            p.drawImage(deviceRect, alpha);
+            p.end();
+            alpha = placed;
+            origin = region.topLeft();
+        }
+        coverage.rect = region;
+        coverage.values.resize(size_t(region.width()) * region.height());
+        for (int y = region.top(); y <= region.bottom(); ++y)
+            std::memcpy(coverage.row(y), alpha.constScanLine(y - origin.y()) + (region.left() - origin.x()),
+                        size_t(region.width()));
     }
-    intersectClip(std::move(coverage), bounds, rect);
+    intersectClip(std::move(coverage), rect);
 }
 
 QRectF DrawingContext::clipBoundingBox() const
@@ -395,143 +595,169 @@ InterpolationQuality DrawingContext::interpolationQuality() const
     return state().interpolation;
 }
 
-// ---- The drawing pipeline ---------------------------------------------------------------------
+// ---- Compositing ------------------------------------------------------------------------------
 
-void DrawingContext::preparePainter(QPainter& painter, const QTransform& transform) const
+QRect DrawingContext::drawLimit(bool castsShadow) const
 {
     const State& s = state();
-    painter.setTransform(transform);
-    painter.setClipping(false);
-    painter.setOpacity(1.0);
-    painter.setRenderHint(QPainter::Antialiasing, m_allowsAntialiasing && s.antialias);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, s.interpolation != InterpolationQuality::None);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    if (!castsShadow || !s.shadow.isVisible())
+        return s.clipDevice;
+    const QPointF shift(s.shadow.offset.x(), -s.shadow.offset.y()); // y up -> image rows
+    return s.clipDevice | blurSources(s.clipDevice, std::max(0.0, s.shadow.blurRadius) / 2, shift);
 }
 
-/// Runs one drawing operation. `paint` draws in user space on the painter it is given;
-/// `userBounds` must hold everything it can touch. Without clip and shadow it paints straight
-/// onto the target. Otherwise it paints into a scratch image, adds the blurred shadow of that
-/// image beneath it, applies the clip coverage and composites the result with the blend mode.
-template <class PaintFn>
-void DrawingContext::perform(const QRectF& userBounds, bool castsShadow, PaintFn&& paint)
+void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, BlendMode mode,
+                               bool castsShadow)
 {
     Target& t = target();
-    if (!t.painter.isActive())
-        return;
+    QImage& image = *t.image;
     const State& s = state();
-    const bool shadow = castsShadow && s.shadow.isVisible();
-    if (!s.clipMask && !shadow) {
-        preparePainter(t.painter, m_flip);
-        t.painter.setCompositionMode(compositionMode(s.blend));
-        paint(t.painter);
-        return;
-    }
-
     const QRect visible = s.clipDevice;
-    if (visible.isEmpty())
+    if (image.isNull() || shape.isEmpty() || visible.isEmpty())
         return;
-    const QRect opRect = alignedDeviceRect(m_flip, userBounds).adjusted(-1, -1, 1, 1);
-    const QPointF shift(s.shadow.offset.x(), -s.shadow.offset.y()); // y up -> image rows
-    const double sigma = std::max(0.0, s.shadow.blurRadius) / 2;
-    // Outside the visible area the object matters only for the shadow it throws into it.
-    const QRect objRect = opRect & (shadow ? (visible | blurSources(visible, sigma, shift)) : visible);
-    if (objRect.isEmpty())
-        return;
-    QImage layer(objRect.size(), kScratchFormat);
-    layer.fill(0);
-    {
-        QPainter lp(&layer);
-        preparePainter(lp, m_flip * QTransform::fromTranslate(-objRect.x(), -objRect.y()));
-        paint(lp);
-    }
+    const bool solid = paint.kind == Paint::Kind::Solid;
+    auto clipRow = [&](int y, int x) -> const uchar* {
+        return s.clip ? s.clip->row(y) + (x - s.clip->rect.left()) : nullptr;
+    };
+    auto dstRow = [&](int y, int x) { return reinterpret_cast<quint32*>(image.scanLine(y)) + x; };
 
-    QRect outRect = objRect & visible;
-    QImage result;
-    if (shadow) {
-        outRect = (objRect | blurReach(objRect, sigma, shift)) & visible;
-        if (outRect.isEmpty())
+    if (!castsShadow || !s.shadow.isVisible()) {
+        const QRect r = shape.rect & visible;
+        if (r.isEmpty())
             return;
-        std::vector<uchar> blurred(size_t(outRect.width()) * outRect.height());
-        const AlphaView alpha{layer.constBits() + kScratchAlphaByte, layer.bytesPerLine(), 4, objRect};
-        blurShifted(alpha, sigma, shift, outRect, blurred.data(), outRect.width());
-        const Color c = s.shadow.color;
-        const quint32 full =
-            premultipliedPixel(c.redComponent(), c.greenComponent(), c.blueComponent(), c.alphaComponent());
-        quint32 tint[256];
-        for (quint32 v = 0; v < 256; ++v)
-            tint[v] = byteMul(full, v);
-        result = QImage(outRect.size(), kScratchFormat);
-        for (int y = 0; y < outRect.height(); ++y) {
-            auto* row = reinterpret_cast<quint32*>(result.scanLine(y));
-            const uchar* b = blurred.data() + size_t(y) * outRect.width();
-            for (int x = 0; x < outRect.width(); ++x)
-                row[x] = tint[b[x]];
+        // Modes that keep a transparent pixel transparent need only visit the row's drawn span.
+        const bool keepsEmpty = mode == BlendMode::SourceIn || mode == BlendMode::DestinationIn ||
+                                mode == BlendMode::DestinationOut || mode == BlendMode::Clear;
+        const int width = r.width();
+        std::vector<quint32> src(width, paint.color);
+        std::vector<uchar> cov(width);
+        // The common case, one colour drawn normally: its pixel at each coverage, looked up.
+        const bool solidOver = solid && mode == BlendMode::Normal;
+        quint32 scaled[256];
+        if (solidOver)
+            for (quint32 v = 0; v < 256; ++v)
+                scaled[v] = byteMul(paint.color, v);
+        for (int y = r.top(); y <= r.bottom(); ++y) {
+            int x = r.left(), n = width;
+            quint32* dst = dstRow(y, x);
+            if (keepsEmpty) {
+                while (n > 0 && !dst[0])
+                    ++x, ++dst, --n;
+                while (n > 0 && !dst[n - 1])
+                    --n;
+                if (!n)
+                    continue;
+            }
+            const uchar* c = shape.row(y) + (x - shape.rect.left());
+            if (const uchar* clip = clipRow(y, x)) {
+                for (int i = 0; i < n; ++i)
+                    cov[i] = mul8(c[i], clip[i]);
+                c = cov.data();
+            }
+            if (solidOver) {
+                for (int i = 0; i < n; ++i) {
+                    const quint32 p = scaled[c[i]];
+                    const quint32 pa = alphaOf(p);
+                    if (pa == 255)
+                        dst[i] = p;
+                    else if (p)
+                        dst[i] = p + byteMul(dst[i], 255 - pa);
+                }
+                continue;
+            }
+            if (!solid)
+                paint.fetch(x, y, n, src.data());
+            blendRow(mode, dst, src.data(), c, n);
         }
-        QPainter rp(&result);
-        rp.drawImage(objRect.topLeft() - outRect.topLeft(), layer);
-    } else if (outRect == objRect) {
-        result = std::move(layer);
-    } else {
-        result = layer.copy(outRect.translated(-objRect.topLeft()));
-    }
-
-    QPainter& p = t.painter;
-    p.setTransform(QTransform());
-    p.setClipping(false);
-    p.setOpacity(1.0);
-    const QPainter::CompositionMode mode = compositionMode(s.blend);
-    if (s.clipMask && s.blend != BlendMode::Normal) {
-        // Blend into a copy, then let the clip coverage choose between old and new pixels: the
-        // clip bounds what any mode may change.
-        const QImage before = t.image->copy(outRect).convertToFormat(kScratchFormat);
-        QImage after = before.copy();
-        {
-            QPainter bp(&after);
-            bp.setCompositionMode(mode);
-            bp.drawImage(0, 0, result);
-        }
-        const QImage& mask = *s.clipMask;
-        for (int y = 0; y < outRect.height(); ++y) {
-            const auto* old = reinterpret_cast<const quint32*>(before.constScanLine(y));
-            auto* now = reinterpret_cast<quint32*>(after.scanLine(y));
-            const uchar* m = mask.constScanLine(outRect.top() + y) + outRect.left();
-            for (int x = 0; x < outRect.width(); ++x)
-                now[x] = byteMul(now[x], m[x]) + byteMul(old[x], 255 - m[x]);
-        }
-        p.setCompositionMode(QPainter::CompositionMode_Source);
-        p.drawImage(outRect.topLeft(), after);
+        if (!keepsEmpty)
+            t.dirty |= r;
         return;
     }
-    if (s.clipMask) {
-        const QImage& mask = *s.clipMask;
-        for (int y = 0; y < outRect.height(); ++y) {
-            auto* row = reinterpret_cast<quint32*>(result.scanLine(y));
-            const uchar* m = mask.constScanLine(outRect.top() + y) + outRect.left();
-            for (int x = 0; x < outRect.width(); ++x)
-                row[x] = byteMul(row[x], m[x]);
+
+    // The object's own pixels over its whole shape: outside the clip they still throw a shadow.
+    const QRect obj = shape.rect;
+    const int ow = obj.width();
+    std::vector<quint32> object(size_t(ow) * obj.height());
+    std::vector<uchar> alpha(object.size());
+    quint32 scaled[256];
+    if (solid)
+        for (quint32 v = 0; v < 256; ++v)
+            scaled[v] = byteMul(paint.color, v);
+    for (int y = obj.top(); y <= obj.bottom(); ++y) {
+        quint32* o = object.data() + size_t(y - obj.top()) * ow;
+        uchar* a = alpha.data() + size_t(y - obj.top()) * ow;
+        const uchar* c = shape.row(y);
+        if (solid) {
+            for (int i = 0; i < ow; ++i)
+                o[i] = scaled[c[i]];
+        } else {
+            paint.fetch(obj.left(), y, ow, o);
+            for (int i = 0; i < ow; ++i)
+                o[i] = byteMul(o[i], c[i]);
         }
+        for (int i = 0; i < ow; ++i)
+            a[i] = uchar(alphaOf(o[i]));
     }
-    p.setCompositionMode(mode);
-    p.drawImage(outRect.topLeft(), result);
+    const QPointF shift(s.shadow.offset.x(), -s.shadow.offset.y());
+    const double sigma = std::max(0.0, s.shadow.blurRadius) / 2;
+    const QRect shadowRect = blurReach(obj, sigma, shift) & visible;
+    std::vector<uchar> blurred(size_t(shadowRect.width()) * std::max(0, shadowRect.height()));
+    if (!shadowRect.isEmpty())
+        blurShifted(AlphaView{alpha.data(), ow, 1, obj}, sigma, shift, shadowRect, blurred.data(),
+                    shadowRect.width());
+    quint32 tint[256];
+    const quint32 full = premultiplied(s.shadow.color);
+    for (quint32 v = 0; v < 256; ++v)
+        tint[v] = byteMul(full, v);
+
+    const QRect out = ((obj & visible) | shadowRect) & visible;
+    if (out.isEmpty())
+        return;
+    const int n = out.width();
+    std::vector<quint32> row(n);
+    for (int y = out.top(); y <= out.bottom(); ++y) {
+        std::fill(row.begin(), row.end(), 0);
+        if (y >= shadowRect.top() && y <= shadowRect.bottom()) {
+            const uchar* b = blurred.data() + size_t(y - shadowRect.top()) * shadowRect.width();
+            for (int x = shadowRect.left(); x <= shadowRect.right(); ++x)
+                row[x - out.left()] = tint[b[x - shadowRect.left()]];
+        }
+        if (y >= obj.top() && y <= obj.bottom()) {
+            const quint32* o = object.data() + size_t(y - obj.top()) * ow;
+            const int from = std::max(obj.left(), out.left()), to = std::min(obj.right(), out.right());
+            for (int x = from; x <= to; ++x) {
+                const quint32 p = o[x - obj.left()];
+                if (!p)
+                    continue;
+                const quint32 pa = alphaOf(p);
+                quint32& d = row[x - out.left()];
+                d = pa == 255 ? p : p + byteMul(d, 255 - pa); // the object over its shadow
+            }
+        }
+        blendRow(mode, dstRow(y, out.left()), row.data(), clipRow(y, out.left()), n);
+    }
+    t.dirty |= out;
 }
 
 // ---- Drawing ----------------------------------------------------------------------------------
 
 void DrawingContext::fillPath(const QPainterPath& path)
 {
-    const QBrush brush(state().fill.toQColor());
-    perform(path.boundingRect(), true, [&](QPainter& p) { p.fillPath(path, brush); });
+    const CoverageMask shape = rasterizePath(path, m_flip, drawLimit(true), antialiasing());
+    composite(Paint::solid(state().fill), shape, state().blend, true);
 }
 
 void DrawingContext::strokePath(const QPainterPath& path)
 {
     const State& s = state();
-    QPen pen(QBrush(s.stroke.toQColor()), s.lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::SvgMiterJoin);
-    pen.setMiterLimit(s.miterLimit);
-    // A mitred join reaches at most miterLimit half-widths from its vertex.
-    const double reach = std::max(s.lineWidth, 1.0) / 2 * std::max(s.miterLimit, 1.0) + 1;
-    perform(path.boundingRect().adjusted(-reach, -reach, reach, reach), true,
-            [&](QPainter& p) { p.strokePath(path, pen); });
+    QPainterPathStroker stroker;
+    stroker.setWidth(s.lineWidth > 0 ? s.lineWidth : 1.0);
+    stroker.setCapStyle(Qt::FlatCap);
+    stroker.setJoinStyle(Qt::SvgMiterJoin);
+    stroker.setMiterLimit(s.miterLimit);
+    const CoverageMask shape =
+        rasterizePath(stroker.createStroke(path), m_flip, drawLimit(true), antialiasing());
+    composite(Paint::solid(s.stroke), shape, s.blend, true);
 }
 
 void DrawingContext::fillRect(const QRectF& rect)
@@ -544,25 +770,42 @@ void DrawingContext::fillRect(const QRectF& rect)
 void DrawingContext::clearRect(const QRectF& rect)
 {
     // Destination-out with an opaque source removes exactly the covered part of each pixel.
-    State& s = state();
-    const BlendMode saved = s.blend;
-    s.blend = BlendMode::DestinationOut;
-    perform(rect, false, [&](QPainter& p) { p.fillRect(rect, Qt::black); });
-    state().blend = saved;
+    QPainterPath path;
+    path.addRect(rect);
+    const CoverageMask shape = rasterizePath(path, m_flip, drawLimit(false), antialiasing());
+    composite(Paint::solid(Color::deviceRGB(0, 0, 0)), shape, BlendMode::DestinationOut, false);
 }
 
 void DrawingContext::drawImage(const QRectF& rect, const QImage& image)
 {
     if (image.isNull() || rect.isEmpty())
         return;
+    const State& s = state();
+    const QRectF deviceRect = m_flip.mapRect(rect);
+    const QRect region = deviceRect.toAlignedRect() & drawLimit(true);
+    if (region.isEmpty())
+        return;
     QImage source = image;
-    if (state().interpolation == InterpolationQuality::High) {
-        const QSize deviceSize = m_flip.mapRect(rect).size().toSize();
+    if (s.interpolation == InterpolationQuality::High) {
+        const QSize deviceSize = deviceRect.size().toSize();
         if (deviceSize.isValid() &&
             (deviceSize.width() < image.width() || deviceSize.height() < image.height()))
             source = image.scaled(deviceSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
-    perform(rect, true, [&](QPainter& p) { drawUpright(p, rect, source); });
+    QImage placed(region.size(), kFormat);
+    placed.fill(0);
+    {
+        QPainter p(&placed);
+        p.setRenderHint(QPainter::SmoothPixmapTransform, s.interpolation != InterpolationQuality::None);
+        p.setRenderHint(QPainter::Antialiasing, antialiasing());
+        p.translate(-region.topLeft());
+        p.drawImage(deviceRect, source);
+    }
+    Paint paint;
+    paint.kind = Paint::Kind::Pixels;
+    paint.pixels = &placed;
+    paint.at = region.topLeft();
+    composite(paint, CoverageMask::filled(region), s.blend, true);
 }
 
 QImage DrawingContext::snapshot() const
@@ -575,9 +818,8 @@ void DrawingContext::beginTransparencyLayer()
     saveGState();
     auto layer = std::make_unique<Target>();
     if (!m_image.isNull()) {
-        layer->owned = QImage(m_image.size(), kScratchFormat);
+        layer->owned = QImage(m_image.size(), kFormat);
         layer->owned.fill(0);
-        layer->painter.begin(&layer->owned);
     }
     layer->image = &layer->owned;
     layer->stateDepth = m_states.size();
@@ -593,20 +835,18 @@ void DrawingContext::endTransparencyLayer()
         return;
     std::unique_ptr<Target> layer = std::move(m_targets.back());
     m_targets.pop_back();
-    if (layer->painter.isActive())
-        layer->painter.end();
     m_states.resize(layer->stateDepth - 1); // the layer's own saves and the save of its begin
-    const QRectF whole(0, 0, m_image.width(), m_image.height());
-    const QImage& pixels = layer->owned;
-    perform(whole, true, [&](QPainter& p) { drawUpright(p, whole, pixels); });
+    Paint paint;
+    paint.kind = Paint::Kind::Pixels;
+    paint.pixels = &layer->owned;
+    composite(paint, CoverageMask::filled(layer->dirty), state().blend, true);
 }
 
 void DrawingContext::drawLinearGradient(const Gradient& gradient, const QRectF& rect, double angleDegrees)
 {
-    if (!gradient.isValid() || rect.isEmpty())
-        return;
-    const QBrush brush(linearGradientOver(gradient, rect, angleDegrees));
-    perform(rect, true, [&](QPainter& p) { p.fillRect(rect, brush); });
+    QPainterPath path;
+    path.addRect(rect);
+    drawLinearGradient(gradient, path, angleDegrees);
 }
 
 void DrawingContext::drawLinearGradient(const Gradient& gradient, const QPainterPath& path,
@@ -615,8 +855,17 @@ void DrawingContext::drawLinearGradient(const Gradient& gradient, const QPainter
     const QRectF bounds = path.boundingRect();
     if (!gradient.isValid() || bounds.isEmpty())
         return;
-    const QBrush brush(linearGradientOver(gradient, bounds, angleDegrees));
-    perform(bounds, true, [&](QPainter& p) { p.fillPath(path, brush); });
+    // The axis through the centre at the angle, long enough to span the bounds.
+    const double radians = qDegreesToRadians(angleDegrees);
+    const QPointF direction(std::cos(radians), std::sin(radians));
+    const double half = std::max(
+        (std::abs(bounds.width() * direction.x()) + std::abs(bounds.height() * direction.y())) / 2, 1e-9);
+    Paint paint;
+    paint.kind = Paint::Kind::Linear;
+    paint.origin = m_flip.map(bounds.center() - direction * half);
+    paint.axis = m_flip.map(bounds.center() + direction * half) - paint.origin;
+    paint.table = &gradientTable(gradient);
+    composite(paint, rasterizePath(path, m_flip, drawLimit(true), antialiasing()), state().blend, true);
 }
 
 void DrawingContext::drawRadialGradient(const Gradient& gradient, const QPainterPath& path,
@@ -632,21 +881,24 @@ void DrawingContext::drawRadialGradient(const Gradient& gradient, const QPainter
     for (const QPointF& corner :
          {bounds.topLeft(), bounds.topRight(), bounds.bottomLeft(), bounds.bottomRight()})
         radius = std::max(radius, QLineF(end, corner).length());
-    QRadialGradient g(end, radius, start, 0);
-    setUpGradient(g, gradient);
-    const QBrush brush(g);
-    perform(bounds, true, [&](QPainter& p) { p.fillPath(path, brush); });
+    Paint paint;
+    paint.kind = Paint::Kind::Radial;
+    paint.origin = m_flip.map(start);
+    paint.axis = m_flip.map(end) - paint.origin;
+    paint.radius = radius;
+    paint.table = &gradientTable(gradient);
+    composite(paint, rasterizePath(path, m_flip, drawLimit(true), antialiasing()), state().blend, true);
 }
 
 void DrawingContext::drawAxialShading(QPointF start, QPointF end, const ShadingFunction& function)
 {
-    const QRect region = state().clipDevice & m_image.rect();
+    const QRect region = state().clipDevice;
     const QPointF axis = end - start;
     const double length2 = QPointF::dotProduct(axis, axis);
     if (region.isEmpty() || length2 <= 0 || !function)
         return;
 
-    QImage pixels(region.size(), kScratchFormat);
+    QImage pixels(region.size(), kFormat);
     const int h = m_image.height();
     // Position along the axis of the centre of the pixel in image column x, row y.
     auto along = [&](int x, int y) {
@@ -657,19 +909,17 @@ void DrawingContext::drawAxialShading(QPointF start, QPointF end, const ShadingF
         if (t < 0 || t > 1)
             return 0;
         const std::array<double, 4> c = function(t);
-        return premultipliedPixel(c[0], c[1], c[2], c[3]);
+        return premultiplied(c[0], c[1], c[2], c[3]);
     };
+    auto line = [&](int y) { return reinterpret_cast<quint32*>(pixels.scanLine(y)); };
     if (axis.x() == 0) { // vertical axis: one evaluation per row
-        for (int y = 0; y < region.height(); ++y) {
-            auto* row = reinterpret_cast<quint32*>(pixels.scanLine(y));
-            std::fill_n(row, region.width(), colour(along(region.left(), region.top() + y)));
-        }
+        for (int y = 0; y < region.height(); ++y)
+            std::fill_n(line(y), region.width(), colour(along(region.left(), region.top() + y)));
     } else if (axis.y() == 0) { // horizontal axis: one evaluation per column
-        auto* first = reinterpret_cast<quint32*>(pixels.scanLine(0));
         for (int x = 0; x < region.width(); ++x)
-            first[x] = colour(along(region.left() + x, region.top()));
+            line(0)[x] = colour(along(region.left() + x, region.top()));
         for (int y = 1; y < region.height(); ++y)
-            std::copy_n(first, region.width(), reinterpret_cast<quint32*>(pixels.scanLine(y)));
+            std::copy_n(line(0), region.width(), line(y));
     } else {
         // Any other direction samples the function eight times per pixel of axis length; an even
         // count keeps t = 0.5 an exact sample.
@@ -677,16 +927,17 @@ void DrawingContext::drawAxialShading(QPointF start, QPointF end, const ShadingF
         std::vector<quint32> table(size_t(steps) + 1);
         for (int i = 0; i <= steps; ++i)
             table[i] = colour(double(i) / steps);
-        for (int y = 0; y < region.height(); ++y) {
-            auto* row = reinterpret_cast<quint32*>(pixels.scanLine(y));
+        for (int y = 0; y < region.height(); ++y)
             for (int x = 0; x < region.width(); ++x) {
                 const double t = along(region.left() + x, region.top() + y);
-                row[x] = (t < 0 || t > 1) ? 0 : table[size_t(std::lround(t * steps))];
+                line(y)[x] = (t < 0 || t > 1) ? 0 : table[size_t(std::lround(t * steps))];
             }
-        }
     }
-    const QRectF userRegion = m_flip.inverted().mapRect(QRectF(region));
-    perform(userRegion, true, [&](QPainter& p) { drawUpright(p, userRegion, pixels); });
+    Paint paint;
+    paint.kind = Paint::Kind::Pixels;
+    paint.pixels = &pixels;
+    paint.at = region.topLeft();
+    composite(paint, CoverageMask::filled(region), state().blend, true);
 }
 
 } // namespace qm

@@ -7,15 +7,16 @@
 #include <QPainterPath>
 #include <QPointF>
 #include <QRectF>
+#include <QTransform>
 
 #include <array>
 #include <functional>
 #include <memory>
 #include <vector>
 
-class QPainter;
-
 namespace qm {
+
+struct CoverageMask;
 
 /// How a drawing operation combines with what is already there. The numbers are the platform's
 /// blend mode numbers (source-in is 18); the non-separable modes (hue, saturation, colour,
@@ -64,6 +65,8 @@ struct Shadow
 using ShadingFunction = std::function<std::array<double, 4>(double t)>;
 
 /// A 2-D drawing context over a bitmap of RGBA8888 premultiplied pixels (bytes R, G, B, A).
+/// Paths are rasterised with exact-area anti-aliasing and composited by the context itself;
+/// QPainter draws scaled images and QPainterPathStroker outlines strokes.
 /// User space is y up with the origin at the bottom-left corner, one unit per pixel; the image
 /// keeps its usual row order (row 0 is the top). Every drawing operation honours the graphics
 /// state: clip (paths and soft masks), shadow, colours, line width, miter limit, blend mode,
@@ -162,13 +165,19 @@ public:
 private:
     struct State;
     struct Target;
+    struct Paint;
 
     State& state();
     const State& state() const;
     Target& target();
-    void intersectClip(QImage coverage, const QRect& deviceBounds, const QRectF& userBounds);
-    template <class PaintFn> void perform(const QRectF& userBounds, bool castsShadow, PaintFn&& paint);
-    void preparePainter(QPainter& painter, const QTransform& transform) const;
+    bool antialiasing() const;
+    /// Image pixels an operation's coverage can matter in: the clip's bounds, and with a shadow
+    /// also what can throw a shadow into them.
+    QRect drawLimit(bool castsShadow) const;
+    void intersectClip(CoverageMask coverage, const QRectF& userBounds);
+    /// Paints `paint` through `shape` onto the current target with the clip, the shadow (when
+    /// cast) and `mode`.
+    void composite(const Paint& paint, const CoverageMask& shape, BlendMode mode, bool castsShadow);
 
     QImage& m_image;
     QTransform m_flip; // user space -> image rows

@@ -15,10 +15,8 @@ struct Kernel
     std::vector<float> weights;
 };
 
-Kernel makeKernel(double sigma, double shift)
+Kernel computeKernel(double sigma, double whole, double fraction)
 {
-    const double whole = std::floor(shift);
-    const double fraction = shift - whole;
     Kernel k;
     if (sigma < 1e-3) {
         k.offset = int(whole);
@@ -31,7 +29,7 @@ Kernel makeKernel(double sigma, double shift)
     // output pixel; three sigmas on either side hold all but 0.3 % of it.
     const int reach = int(std::ceil(3 * sigma));
     const int first = -reach;
-    const int last = reach + 1;
+    const int last = fraction > 0 ? reach + 1 : reach;
     const double scale = 1.0 / (sigma * std::sqrt(2.0));
     auto cdf = [scale](double x) { return 0.5 * std::erf(x * scale); };
     double sum = 0;
@@ -45,6 +43,25 @@ Kernel makeKernel(double sigma, double shift)
     for (double v : w)
         k.weights.push_back(float(v / sum));
     return k;
+}
+
+/// Kernels repeat from glyph to glyph: the last few are kept.
+const Kernel& makeKernel(double sigma, double shift)
+{
+    struct Entry
+    {
+        double sigma, shift;
+        Kernel kernel;
+    };
+    thread_local std::vector<Entry> cache;
+    for (const Entry& e : cache)
+        if (e.sigma == sigma && e.shift == shift)
+            return e.kernel;
+    if (cache.size() >= 8)
+        cache.erase(cache.begin());
+    const double whole = std::floor(shift);
+    cache.push_back({sigma, shift, computeKernel(sigma, whole, shift - whole)});
+    return cache.back().kernel;
 }
 
 } // namespace
