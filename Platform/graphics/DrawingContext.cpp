@@ -169,11 +169,23 @@ inline quint32 porterDuff(BlendMode mode, quint32 s, quint32 d)
     }
 }
 
+template <BlendMode Mode> void blendRowAs(quint32* dst, const quint32* src, const uchar* coverage, int n)
+{
+    for (int i = 0; i < n; ++i) {
+        const quint32 c = coverage ? coverage[i] : 255;
+        if (!c)
+            continue;
+        const quint32 r = porterDuff(Mode, src[i], dst[i]);
+        dst[i] = c == 255 ? r : addSaturated(byteMul(r, c), byteMul(dst[i], 255 - c));
+    }
+}
+
 /// Blends a row of source pixels onto the destination; `coverage` (null = full) limits what the
 /// mode may change: each pixel becomes a mix of old and new by its coverage.
 void blendRow(BlendMode mode, quint32* dst, const quint32* src, const uchar* coverage, int n)
 {
-    if (mode == BlendMode::Normal) {
+    switch (mode) {
+    case BlendMode::Normal:
         for (int i = 0; i < n; ++i) {
             const quint32 c = coverage ? coverage[i] : 255;
             if (!c || !src[i])
@@ -183,13 +195,19 @@ void blendRow(BlendMode mode, quint32* dst, const quint32* src, const uchar* cov
             dst[i] = sa == 255 ? s : s + byteMul(dst[i], 255 - sa);
         }
         return;
-    }
-    for (int i = 0; i < n; ++i) {
-        const quint32 c = coverage ? coverage[i] : 255;
-        if (!c)
-            continue;
-        const quint32 r = porterDuff(mode, src[i], dst[i]);
-        dst[i] = c == 255 ? r : addSaturated(byteMul(r, c), byteMul(dst[i], 255 - c));
+    // The modes the glyphs use get loops of their own.
+    case BlendMode::SourceIn:
+        return blendRowAs<BlendMode::SourceIn>(dst, src, coverage, n);
+    case BlendMode::DestinationOut:
+        return blendRowAs<BlendMode::DestinationOut>(dst, src, coverage, n);
+    default:
+        for (int i = 0; i < n; ++i) {
+            const quint32 c = coverage ? coverage[i] : 255;
+            if (!c)
+                continue;
+            const quint32 r = porterDuff(mode, src[i], dst[i]);
+            dst[i] = c == 255 ? r : addSaturated(byteMul(r, c), byteMul(dst[i], 255 - c));
+        }
     }
 }
 
@@ -267,6 +285,15 @@ struct DrawingContext::Paint
         Paint p;
         p.color = premultiplied(c);
         return p;
+    }
+
+    /// The picture's own pixels for image row y, columns x .. x + n - 1, when it has them all.
+    const quint32* pixelsAt(int x, int y, int n) const
+    {
+        if (kind != Kind::Pixels || !pixels || y < at.y() || y >= at.y() + pixels->height() || x < at.x() ||
+            x + n > at.x() + pixels->width())
+            return nullptr;
+        return reinterpret_cast<const quint32*>(pixels->constScanLine(y - at.y())) + (x - at.x());
     }
 
     /// Premultiplied colours of image row y, columns x .. x + n - 1.
@@ -453,7 +480,7 @@ void DrawingContext::intersectClip(CoverageMask coverage, const QRectF& userBoun
 
 void DrawingContext::clipToPath(const QPainterPath& path)
 {
-    intersectClip(rasterizePath(path, m_flip, state().clipDevice, antialiasing()), path.boundingRect());
+    intersectClip(*coverageOf(path, state().clipDevice), path.boundingRect());
 }
 
 void DrawingContext::clipToRect(const QRectF& rect)
@@ -469,33 +496,48 @@ void DrawingContext::clipToMask(const QRectF& rect, const QImage& mask)
     const QRect region = deviceRect.toAlignedRect() & state().clipDevice;
     CoverageMask coverage;
     if (!region.isEmpty() && !mask.isNull()) {
-        QImage alpha;
-        if (mask.hasAlphaChannel()) {
-            alpha = mask.convertToFormat(QImage::Format_Alpha8);
-        } else {
-            // A mask without alpha lets its grey level through: white shows, black hides.
-            const QImage grey = mask.convertToFormat(QImage::Format_Grayscale8);
-            alpha = QImage(grey.constBits(), grey.width(), grey.height(), grey.bytesPerLine(),
-                           QImage::Format_Alpha8)
-                        .copy();
-        }
-        QPoint origin = deviceRect.topLeft().toPoint(); // image pixel of alpha's first value
-        if (deviceRect != QRectF(deviceRect.toAlignedRect()) || alpha.size() != deviceRect.size().toSize()) {
-            QImage placed(region.size(), QImage::Format_Alpha8);
-            placed.fill(0);
-            QPainter p(&placed);
-            p.setRenderHint(QPainter::SmoothPixmapTransform, true);
-            p.translate(-region.topLeft());
-            p.drawImage(deviceRect, alpha);
-            p.end();
-            alpha = placed;
-            origin = region.topLeft();
-        }
         coverage.rect = region;
         coverage.values.resize(size_t(region.width()) * region.height());
-        for (int y = region.top(); y <= region.bottom(); ++y)
-            std::memcpy(coverage.row(y), alpha.constScanLine(y - origin.y()) + (region.left() - origin.x()),
-                        size_t(region.width()));
+        const bool exact =
+            deviceRect == QRectF(deviceRect.toAlignedRect()) && mask.size() == deviceRect.size().toSize();
+        const QPoint origin = deviceRect.topLeft().toPoint(); // image pixel of the mask's first pixel
+        if (exact && (mask.format() == QImage::Format_RGBA8888_Premultiplied ||
+                      mask.format() == QImage::Format_RGBA8888)) {
+            // The usual mask, a snapshot placed where it was taken: its alpha bytes are the coverage.
+            for (int y = region.top(); y <= region.bottom(); ++y) {
+                const uchar* from = mask.constScanLine(y - origin.y()) + 4 * (region.left() - origin.x()) + 3;
+                uchar* to = coverage.row(y);
+                for (int i = 0; i < region.width(); ++i)
+                    to[i] = from[4 * i];
+            }
+        } else {
+            QImage alpha;
+            if (mask.hasAlphaChannel()) {
+                alpha = mask.convertToFormat(QImage::Format_Alpha8);
+            } else {
+                // A mask without alpha lets its grey level through: white shows, black hides.
+                const QImage grey = mask.convertToFormat(QImage::Format_Grayscale8);
+                alpha = QImage(grey.constBits(), grey.width(), grey.height(), grey.bytesPerLine(),
+                               QImage::Format_Alpha8)
+                            .copy();
+            }
+            QPoint alphaOrigin = origin;
+            if (!exact) {
+                QImage placed(region.size(), QImage::Format_Alpha8);
+                placed.fill(0);
+                QPainter p(&placed);
+                p.setRenderHint(QPainter::SmoothPixmapTransform, true);
+                p.translate(-region.topLeft());
+                p.drawImage(deviceRect, alpha);
+                p.end();
+                alpha = placed;
+                alphaOrigin = region.topLeft();
+            }
+            for (int y = region.top(); y <= region.bottom(); ++y)
+                std::memcpy(coverage.row(y),
+                            alpha.constScanLine(y - alphaOrigin.y()) + (region.left() - alphaOrigin.x()),
+                            size_t(region.width()));
+        }
     }
     intersectClip(std::move(coverage), rect);
 }
@@ -597,6 +639,23 @@ InterpolationQuality DrawingContext::interpolationQuality() const
 
 // ---- Compositing ------------------------------------------------------------------------------
 
+std::shared_ptr<const CoverageMask> DrawingContext::coverageOf(const QPainterPath& path, const QRect& limit)
+{
+    const bool antialias = antialiasing();
+    const QRect rect = m_flip.mapRect(path.controlPointRect()).toAlignedRect() & limit;
+    for (auto it = m_coverageCache.begin(); it != m_coverageCache.end(); ++it) {
+        if (it->antialias == antialias && it->rect == rect && it->path == path) {
+            std::rotate(it, it + 1, m_coverageCache.end());
+            return m_coverageCache.back().coverage;
+        }
+    }
+    if (m_coverageCache.size() >= 3)
+        m_coverageCache.erase(m_coverageCache.begin());
+    auto coverage = std::make_shared<const CoverageMask>(rasterizePath(path, m_flip, rect, antialias));
+    m_coverageCache.push_back({path, rect, antialias, coverage});
+    return coverage;
+}
+
 QRect DrawingContext::drawLimit(bool castsShadow) const
 {
     const State& s = state();
@@ -619,7 +678,9 @@ void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, Bl
     auto clipRow = [&](int y, int x) -> const uchar* {
         return s.clip ? s.clip->row(y) + (x - s.clip->rect.left()) : nullptr;
     };
-    auto dstRow = [&](int y, int x) { return reinterpret_cast<quint32*>(image.scanLine(y)) + x; };
+    uchar* const bits = image.bits(); // detaches once; scanLine() would check on every row
+    const qsizetype stride = image.bytesPerLine();
+    auto dstRow = [bits, stride](int y, int x) { return reinterpret_cast<quint32*>(bits + y * stride) + x; };
 
     if (!castsShadow || !s.shadow.isVisible()) {
         const QRect r = shape.rect & visible;
@@ -637,17 +698,9 @@ void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, Bl
         if (solidOver)
             for (quint32 v = 0; v < 256; ++v)
                 scaled[v] = byteMul(paint.color, v);
-        for (int y = r.top(); y <= r.bottom(); ++y) {
-            int x = r.left(), n = width;
-            quint32* dst = dstRow(y, x);
-            if (keepsEmpty) {
-                while (n > 0 && !dst[0])
-                    ++x, ++dst, --n;
-                while (n > 0 && !dst[n - 1])
-                    --n;
-                if (!n)
-                    continue;
-            }
+        // Removing an opaque colour everywhere it covers: the pixels go, whatever they were.
+        const bool erase = solid && mode == BlendMode::DestinationOut && alphaOf(paint.color) == 255;
+        auto run = [&](int y, int x, int n, quint32* dst) {
             const uchar* c = shape.row(y) + (x - shape.rect.left());
             if (const uchar* clip = clipRow(y, x)) {
                 for (int i = 0; i < n; ++i)
@@ -663,11 +716,36 @@ void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, Bl
                     else if (p)
                         dst[i] = p + byteMul(dst[i], 255 - pa);
                 }
+            } else if (erase) {
+                for (int i = 0; i < n; ++i)
+                    dst[i] = c[i] == 255 ? 0 : byteMul(dst[i], 255 - c[i]);
+            } else {
+                const quint32* from = src.data();
+                if (const quint32* direct = paint.pixelsAt(x, y, n))
+                    from = direct; // a picture's own row, no copy
+                else if (!solid)
+                    paint.fetch(x, y, n, src.data());
+                blendRow(mode, dst, from, c, n);
+            }
+        };
+        for (int y = r.top(); y <= r.bottom(); ++y) {
+            quint32* row = dstRow(y, r.left());
+            if (!keepsEmpty) {
+                run(y, r.left(), width, row);
                 continue;
             }
-            if (!solid)
-                paint.fetch(x, y, n, src.data());
-            blendRow(mode, dst, src.data(), c, n);
+            // Only the runs of pixels that hold something.
+            for (int i = 0; i < width;) {
+                if (!row[i]) {
+                    ++i;
+                    continue;
+                }
+                int j = i + 1;
+                while (j < width && row[j])
+                    ++j;
+                run(y, r.left() + i, j - i, row + i);
+                i = j;
+            }
         }
         if (!keepsEmpty)
             t.dirty |= r;
@@ -743,8 +821,7 @@ void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, Bl
 
 void DrawingContext::fillPath(const QPainterPath& path)
 {
-    const CoverageMask shape = rasterizePath(path, m_flip, drawLimit(true), antialiasing());
-    composite(Paint::solid(state().fill), shape, state().blend, true);
+    composite(Paint::solid(state().fill), *coverageOf(path, drawLimit(true)), state().blend, true);
 }
 
 void DrawingContext::strokePath(const QPainterPath& path)
@@ -865,7 +942,7 @@ void DrawingContext::drawLinearGradient(const Gradient& gradient, const QPainter
     paint.origin = m_flip.map(bounds.center() - direction * half);
     paint.axis = m_flip.map(bounds.center() + direction * half) - paint.origin;
     paint.table = &gradientTable(gradient);
-    composite(paint, rasterizePath(path, m_flip, drawLimit(true), antialiasing()), state().blend, true);
+    composite(paint, *coverageOf(path, drawLimit(true)), state().blend, true);
 }
 
 void DrawingContext::drawRadialGradient(const Gradient& gradient, const QPainterPath& path,
@@ -887,7 +964,7 @@ void DrawingContext::drawRadialGradient(const Gradient& gradient, const QPainter
     paint.axis = m_flip.map(end) - paint.origin;
     paint.radius = radius;
     paint.table = &gradientTable(gradient);
-    composite(paint, rasterizePath(path, m_flip, drawLimit(true), antialiasing()), state().blend, true);
+    composite(paint, *coverageOf(path, drawLimit(true)), state().blend, true);
 }
 
 void DrawingContext::drawAxialShading(QPointF start, QPointF end, const ShadingFunction& function)

@@ -175,6 +175,9 @@ private:
     /// also what can throw a shadow into them.
     QRect drawLimit(bool castsShadow) const;
     void intersectClip(CoverageMask coverage, const QRectF& userBounds);
+    /// The path's coverage within `limit`. The last few are kept: a glyph's outline is filled
+    /// and clipped to more than once.
+    std::shared_ptr<const CoverageMask> coverageOf(const QPainterPath& path, const QRect& limit);
     /// Paints `paint` through `shape` onto the current target with the clip, the shadow (when
     /// cast) and `mode`.
     void composite(const Paint& paint, const CoverageMask& shape, BlendMode mode, bool castsShadow);
@@ -184,6 +187,14 @@ private:
     bool m_allowsAntialiasing = true;
     std::vector<State> m_states;
     std::vector<std::unique_ptr<Target>> m_targets;
+    struct CachedCoverage
+    {
+        QPainterPath path;
+        QRect rect;
+        bool antialias = false;
+        std::shared_ptr<const CoverageMask> coverage;
+    };
+    std::vector<CachedCoverage> m_coverageCache; // most recent last
 };
 
 } // namespace qm

@@ -1,6 +1,7 @@
 #include "Platform/graphics/Rasterizer.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 
 namespace qm {
@@ -70,10 +71,20 @@ template <class LineFn> void flatten(const QPainterPath& path, const QTransform&
         line(last, start);
 }
 
-inline int ceilPositive(double v)
+/// Even-odd coverage of an accumulated winding: it folds back every two windings.
+inline unsigned char evenOdd(float acc)
+{
+    float v = std::fabs(acc);
+    v -= 2 * std::floor(v * 0.5f);
+    if (v > 1)
+        v = 2 - v;
+    return static_cast<unsigned char>(v * 255.0f + 0.5f);
+}
+
+inline int ceilPositive(float v)
 {
     const int i = int(v);
-    return i < v ? i + 1 : i;
+    return float(i) < v ? i + 1 : i;
 }
 
 /// Signed-area accumulation: each edge adds, to the cells of the rows it crosses, its share of
@@ -82,10 +93,9 @@ inline int ceilPositive(double v)
 class AreaAccumulator
 {
 public:
-    AreaAccumulator(int width, int height)
-        : m_width(width), m_height(height), m_cells(size_t(width + 2) * height, 0.0f),
-          m_first(height, width + 2), m_last(height, -1)
+    AreaAccumulator(int width, int height) : m_width(width), m_height(height), m_cells(buffers())
     {
+        m_cells.assign(size_t(width + 2) * height, 0.0f);
     }
 
     /// An edge in coordinates relative to the mask; the parts left of it act as a vertical edge
@@ -116,106 +126,115 @@ public:
         accumulate(p.x(), p.y(), q.x(), q.y());
     }
 
-    void resolve(Qt::FillRule rule, unsigned char* out) const
+    void resolve(Qt::FillRule rule, unsigned char* out)
     {
-        auto coverage = [rule](float acc) {
-            float v = std::fabs(acc);
-            if (v > 1) {
-                if (rule == Qt::OddEvenFill) {
-                    v -= 2 * std::floor(v * 0.5f);
-                    if (v > 1)
-                        v = 2 - v;
-                } else {
-                    v = 1;
-                }
-            }
-            return static_cast<unsigned char>(v * 255.0f + 0.5f);
-        };
-        // Before a row's first touched cell the running sum is zero (`out` starts zeroed); after
-        // its last it stays constant: zero for contours closed within the mask, full where an
-        // edge beyond the right border was dropped.
+        // Before the first touched cell the running sum is zero (`out` starts zeroed); after the
+        // last it stays constant: zero for contours closed within the mask, full where an edge
+        // beyond the right border was dropped. The sum runs in place; the conversion to bytes is
+        // a separate loop that vectorises.
+        const int first = m_first;
+        const int end = std::min(m_width, m_last + 1);
+        if (first >= end)
+            return;
         for (int y = 0; y < m_height; ++y) {
-            const float* cells = m_cells.data() + size_t(y) * (m_width + 2);
+            float* cells = m_cells.data() + size_t(y) * (m_width + 2);
             unsigned char* row = out + size_t(y) * m_width;
             float acc = 0;
-            const int end = std::min(m_width, m_last[y] + 1);
-            for (int x = m_first[y]; x < end; ++x) {
+            for (int x = first; x < end; ++x) {
                 acc += cells[x];
-                row[x] = coverage(acc);
+                cells[x] = acc;
             }
-            if (end < m_width && end > m_first[y] && acc != 0)
-                std::fill(row + end, row + m_width, coverage(acc));
+            if (rule == Qt::OddEvenFill) {
+                for (int x = first; x < end; ++x)
+                    row[x] = evenOdd(cells[x]);
+            } else {
+                for (int x = first; x < end; ++x)
+                    row[x] = static_cast<unsigned char>(std::min(std::fabs(cells[x]), 1.0f) * 255.0f + 0.5f);
+            }
+            if (end < m_width && acc != 0)
+                std::fill(row + end, row + m_width,
+                          rule == Qt::OddEvenFill
+                              ? evenOdd(acc)
+                              : static_cast<unsigned char>(std::min(std::fabs(acc), 1.0f) * 255.0f + 0.5f));
         }
     }
 
 private:
-    void accumulate(double x0, double y0, double x1, double y1)
+    void accumulate(double fx0, double fy0, double fx1, double fy1)
     {
-        double dir = 1;
+        // Single precision: positions within a few thousand pixels keep well under 1/1000 pixel.
+        float x0 = float(fx0), y0 = float(fy0), x1 = float(fx1), y1 = float(fy1);
+        float dir = 1;
         if (y0 > y1) {
             std::swap(x0, x1);
             std::swap(y0, y1);
             dir = -1;
         }
-        if (y1 <= 0 || y0 >= m_height)
+        if (y1 <= 0 || y0 >= m_height || y0 == y1)
             return;
-        const double dxdy = (x1 - x0) / (y1 - y0);
-        double x = x0;
-        int yFirst = int(y0); // floor: y0 >= 0 here, or replaced below
+        const float dxdy = (x1 - x0) / (y1 - y0);
+        float x = x0;
+        int y = int(y0); // floor: y0 >= 0 here, or replaced below
         if (y0 < 0) {
             x -= y0 * dxdy;
-            yFirst = 0;
+            y = 0;
         }
         const int yEnd = std::min(m_height, ceilPositive(y1));
-        const double w = m_width;
-        for (int y = yFirst; y < yEnd; ++y) {
-            float* row = m_cells.data() + size_t(y) * (m_width + 2);
-            const double dy = std::min(y + 1.0, y1) - std::max(double(y), y0);
-            const double xNext = x + dxdy * dy;
-            const double d = dy * dir;
-            const double xa = std::clamp(std::min(x, xNext), 0.0, w);
-            const double xb = std::clamp(std::max(x, xNext), 0.0, w);
-            // Both are clamped to 0 .. width: truncation is the floor (library floor and ceil are
-            // slow without SSE4.1, and this is the innermost loop).
+        const float w = float(m_width);
+        const int stride = m_width + 2;
+        float* row = m_cells.data() + size_t(y) * stride;
+        for (; y < yEnd; ++y, row += stride) {
+            const float dy = std::min(float(y + 1), y1) - std::max(float(y), y0);
+            const float xNext = x + dxdy * dy;
+            const float d = dy * dir;
+            // Clamped to 0 .. width, so truncation is the floor (library floor and ceil are slow
+            // without SSE4.1, and this is the innermost loop).
+            const float xa = std::clamp(std::min(x, xNext), 0.0f, w);
+            const float xb = std::clamp(std::max(x, xNext), 0.0f, w);
+            x = xNext;
             const int xai = int(xa);
-            const double xaFloor = xai;
             const int xbi = ceilPositive(xb);
-            const double xbCeil = xbi;
-            m_first[y] = std::min(m_first[y], xai);
-            m_last[y] = std::max(m_last[y], xbi + 1);
+            m_first = std::min(m_first, xai);
+            m_last = std::max(m_last, xbi + 1);
             if (xbi <= xai + 1) {
                 // Within one column: the area right of the edge is one minus its mean position.
-                const double mid = 0.5 * (xa + xb) - xaFloor;
-                row[xai] += float(d - d * mid);
-                row[xai + 1] += float(d * mid);
-            } else {
-                const double s = 1 / (xb - xa);
-                const double x0f = xa - xaFloor;
-                const double a0 = 0.5 * s * (1 - x0f) * (1 - x0f);
-                const double x1f = xb - xbCeil + 1;
-                const double am = 0.5 * s * x1f * x1f;
-                row[xai] += float(d * a0);
-                if (xbi == xai + 2) {
-                    row[xai + 1] += float(d * (1 - a0 - am));
-                } else {
-                    const double a1 = s * (1.5 - x0f);
-                    row[xai + 1] += float(d * (a1 - a0));
-                    for (int xi = xai + 2; xi < xbi - 1; ++xi)
-                        row[xi] += float(d * s);
-                    const double a2 = a1 + (xbi - xai - 3) * s;
-                    row[xbi - 1] += float(d * (1 - a2 - am));
-                }
-                row[xbi] += float(d * am);
+                const float mid = 0.5f * (xa + xb) - float(xai);
+                row[xai] += d - d * mid;
+                row[xai + 1] += d * mid;
+                continue;
             }
-            x = xNext;
+            const float s = 1 / (xb - xa);
+            const float x0f = xa - float(xai);
+            const float a0 = 0.5f * s * (1 - x0f) * (1 - x0f);
+            const float x1f = xb - float(xbi) + 1;
+            const float am = 0.5f * s * x1f * x1f;
+            row[xai] += d * a0;
+            if (xbi == xai + 2) {
+                row[xai + 1] += d * (1 - a0 - am);
+            } else {
+                const float a1 = s * (1.5f - x0f);
+                row[xai + 1] += d * (a1 - a0);
+                for (int xi = xai + 2; xi < xbi - 1; ++xi)
+                    row[xi] += d * s;
+                const float a2 = a1 + float(xbi - xai - 3) * s;
+                row[xbi - 1] += d * (1 - a2 - am);
+            }
+            row[xbi] += d * am;
         }
+    }
+
+    /// Working memory kept between calls: every glyph needs the same few kilobytes again.
+    static std::vector<float>& buffers()
+    {
+        thread_local std::vector<float> cells;
+        return cells;
     }
 
     int m_width;
     int m_height;
-    std::vector<float> m_cells; // width + 2 per row: the last edges may touch two cells past the end
-    std::vector<int> m_first;   // per row, the first and last cell any edge touched
-    std::vector<int> m_last;
+    std::vector<float>& m_cells; // width + 2 per row: the last edges may touch two cells past the end
+    int m_first = INT_MAX;       // the first and last cell any edge touched, over all rows
+    int m_last = -1;
 };
 
 struct Edge
