@@ -2,7 +2,7 @@
 // combination, each bitmap framed by a hairline just outside its bounds so that ink touching an
 // edge is easy to see.
 //
-//   contact_sheet [output.png] [zoom] [first row] [row count]
+//   contact_sheet [output.png] [zoom] [first row] [row count] [glyphs]
 
 #include "Classes/render/CGGlyphBitmap.h"
 
@@ -145,7 +145,7 @@ int main(int argc, char** argv)
     rows.erase(rows.begin(), rows.begin() + std::min<size_t>(firstRow, rows.size()));
     if (rows.size() > size_t(rowCount))
         rows.resize(rowCount);
-    const QString glyphs = QStringLiteral("AgQ&j@");
+    const QString glyphs = argc > 5 ? QString::fromUtf8(argv[5]) : QStringLiteral("AgQ&j@");
 
     // Render everything first to size the sheet.
     std::vector<std::vector<QImage>> images;
