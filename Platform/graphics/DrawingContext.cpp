@@ -4,7 +4,6 @@
 #include "Platform/graphics/ShadowBlur.h"
 
 #include <QPainter>
-#include <QPainterPathStroker>
 #include <QtEndian>
 #include <QtMath>
 
@@ -827,13 +826,8 @@ void DrawingContext::fillPath(const QPainterPath& path)
 void DrawingContext::strokePath(const QPainterPath& path)
 {
     const State& s = state();
-    QPainterPathStroker stroker;
-    stroker.setWidth(s.lineWidth > 0 ? s.lineWidth : 1.0);
-    stroker.setCapStyle(Qt::FlatCap);
-    stroker.setJoinStyle(Qt::SvgMiterJoin);
-    stroker.setMiterLimit(s.miterLimit);
-    const CoverageMask shape =
-        rasterizePath(stroker.createStroke(path), m_flip, drawLimit(true), antialiasing());
+    const CoverageMask shape = rasterizeStroke(path, s.lineWidth > 0 ? s.lineWidth : 1.0, s.miterLimit,
+                                               m_flip, drawLimit(true), antialiasing());
     composite(Paint::solid(s.stroke), shape, s.blend, true);
 }
 

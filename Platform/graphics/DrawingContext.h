@@ -65,8 +65,8 @@ struct Shadow
 using ShadingFunction = std::function<std::array<double, 4>(double t)>;
 
 /// A 2-D drawing context over a bitmap of RGBA8888 premultiplied pixels (bytes R, G, B, A).
-/// Paths are rasterised with exact-area anti-aliasing and composited by the context itself;
-/// QPainter draws scaled images and QPainterPathStroker outlines strokes.
+/// Paths are rasterised with exact-area anti-aliasing, stroked and composited by the context
+/// itself; QPainter draws scaled images.
 /// User space is y up with the origin at the bottom-left corner, one unit per pixel; the image
 /// keeps its usual row order (row 0 is the top). Every drawing operation honours the graphics
 /// state: clip (paths and soft masks), shadow, colours, line width, miter limit, blend mode,

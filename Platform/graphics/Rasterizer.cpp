@@ -11,64 +11,205 @@ namespace {
 // Largest distance between a flattened curve and the curve itself, in pixels.
 constexpr double kFlatness = 0.1;
 
-/// Calls line(p, q) for every edge of the path's polygons after the affine `transform`, closing
-/// each subpath, curves split into chords.
-template <class LineFn> void flatten(const QPainterPath& path, const QTransform& transform, LineFn&& line)
+/// A flattened subpath. For a stroke the true tangents at the path's own vertices count (chords
+/// of a curve leave it at another angle): `in` and `out` hold them, zero at chord vertices.
+struct Polyline
+{
+    std::vector<QPointF> points, in, out;
+    void clear()
+    {
+        points.clear();
+        in.clear();
+        out.clear();
+    }
+    void add(QPointF p, QPointF tangentIn = {})
+    {
+        points.push_back(p);
+        in.push_back(tangentIn);
+        out.push_back({});
+    }
+};
+
+inline QPointF firstNonZero(QPointF a, QPointF b, QPointF c)
+{
+    return !a.isNull() ? a : !b.isNull() ? b : c;
+}
+
+/// Calls subpath(polyline) for each subpath of the path after the affine `transform`, curves
+/// split into chords; points[0] is the subpath's start. The buffer is reused between calls.
+template <class SubpathFn>
+void forEachSubpath(const QPainterPath& path, const QTransform& transform, SubpathFn&& subpath)
 {
     const double m11 = transform.m11(), m12 = transform.m12(), m21 = transform.m21(), m22 = transform.m22();
     const double dx = transform.dx(), dy = transform.dy();
     auto map = [=](const QPainterPath::Element& e) {
         return QPointF(m11 * e.x + m21 * e.y + dx, m12 * e.x + m22 * e.y + dy);
     };
-    QPointF start, last;
-    bool open = false;
+    thread_local Polyline line;
+    line.clear();
     const int count = path.elementCount();
     for (int i = 0; i < count; ++i) {
         const QPainterPath::Element& e = path.elementAt(i);
         switch (e.type) {
         case QPainterPath::MoveToElement:
-            if (open && last != start)
-                line(last, start);
-            start = last = map(e);
-            open = true;
+            if (!line.points.empty())
+                subpath(line);
+            line.clear();
+            line.add(map(e));
             break;
         case QPainterPath::LineToElement: {
+            if (line.points.empty())
+                return;
             const QPointF p = map(e);
-            line(last, p);
-            last = p;
+            line.out.back() = p - line.points.back();
+            line.add(p, p - line.points.back());
             break;
         }
         case QPainterPath::CurveToElement: {
-            if (i + 2 >= count)
+            if (i + 2 >= count || line.points.empty())
                 return;
-            const QPointF p0 = last;
+            const QPointF p0 = line.points.back();
             const QPointF c1 = map(e);
             const QPointF c2 = map(path.elementAt(i + 1));
             const QPointF p3 = map(path.elementAt(i + 2));
             i += 2;
+            line.out.back() = firstNonZero(c1 - p0, c2 - p0, p3 - p0);
             // A cubic's distance from its n-chord polygon is at most |B''| / (8 n^2), and |B''| is
             // at most 6 times the larger second difference of its control points.
             const QPointF d1 = p0 - 2 * c1 + c2;
             const QPointF d2 = c1 - 2 * c2 + p3;
             const double m2 = std::max(QPointF::dotProduct(d1, d1), QPointF::dotProduct(d2, d2));
             const int n = std::clamp(int(std::ceil(std::sqrt(0.75 / kFlatness * std::sqrt(m2)))), 1, 256);
-            QPointF prev = p0;
-            for (int k = 1; k <= n; ++k) {
+            for (int k = 1; k < n; ++k) {
                 const double t = double(k) / n, u = 1 - t;
-                const QPointF p =
-                    k == n ? p3 : u * u * u * p0 + 3 * u * u * t * c1 + 3 * u * t * t * c2 + t * t * t * p3;
-                line(prev, p);
-                prev = p;
+                line.add(u * u * u * p0 + 3 * u * u * t * c1 + 3 * u * t * t * c2 + t * t * t * p3);
             }
-            last = p3;
+            line.add(p3, firstNonZero(p3 - c2, p3 - c1, p3 - p0));
             break;
         }
         default:
             break;
         }
     }
-    if (open && last != start)
-        line(last, start);
+    if (!line.points.empty())
+        subpath(line);
+}
+
+/// Calls line(p, q) for every edge of a closed polygon.
+template <class LineFn> void polygonEdges(const std::vector<QPointF>& points, LineFn&& line)
+{
+    for (size_t i = 0; i + 1 < points.size(); ++i)
+        line(points[i], points[i + 1]);
+    if (points.size() > 1 && points.back() != points.front())
+        line(points.back(), points.front());
+}
+
+/// Calls line(p, q) for every edge of the path's polygons, each subpath closed.
+template <class LineFn> void flatten(const QPainterPath& path, const QTransform& transform, LineFn&& line)
+{
+    forEachSubpath(path, transform, [&](const Polyline& sub) { polygonEdges(sub.points, line); });
+}
+
+/// The outline of a stroke of one flattened subpath, as closed polygons whose union (nonzero
+/// winding) is the stroke: butt caps, mitred joins that turn into bevels where the miter would
+/// reach further than `miterLimit` half-widths, inner corners routed through the vertex.
+template <class PolygonFn>
+void strokeSubpath(const Polyline& input, double halfWidth, double miterLimit, PolygonFn&& polygon)
+{
+    thread_local std::vector<QPointF> pts, tin, tout, dirs, left, right;
+    thread_local std::vector<double> lengths;
+    pts.clear();
+    tin.clear();
+    tout.clear();
+    auto same = [](QPointF a, QPointF b) {
+        return std::abs(a.x() - b.x()) + std::abs(a.y() - b.y()) <= 1e-9;
+    };
+    for (size_t i = 0; i < input.points.size(); ++i) {
+        if (!pts.empty() && same(input.points[i], pts.back())) {
+            tout.back() = input.out[i]; // a zero-length step: the vertex leaves the way the next one does
+            continue;
+        }
+        pts.push_back(input.points[i]);
+        tin.push_back(input.in[i]);
+        tout.push_back(input.out[i]);
+    }
+    const bool closed = pts.size() > 2 && same(pts.back(), pts.front());
+    if (closed) {
+        tin.front() = tin.back();
+        pts.pop_back();
+        tin.pop_back();
+        tout.pop_back();
+    }
+    const size_t n = pts.size();
+    if (n < 2)
+        return;
+    const size_t segments = closed ? n : n - 1;
+    dirs.resize(segments);
+    for (size_t i = 0; i < segments; ++i) {
+        const QPointF d = pts[(i + 1) % n] - pts[i];
+        dirs[i] = d / std::sqrt(QPointF::dotProduct(d, d));
+    }
+    lengths.resize(segments);
+    for (size_t i = 0; i < segments; ++i) {
+        const QPointF d = pts[(i + 1) % n] - pts[i];
+        lengths[i] = std::sqrt(QPointF::dotProduct(d, d));
+    }
+    auto normal = [](QPointF d) { return QPointF(-d.y(), d.x()); };
+    const double h = halfWidth;
+    auto unit = [](QPointF d) { return d / std::sqrt(QPointF::dotProduct(d, d)); };
+    // The offset points at vertex j between segments ia and ib, on side s (+1 left, -1 right).
+    auto join = [&](std::vector<QPointF>& out, size_t j, size_t ia, size_t ib, double s) {
+        const QPointF p = pts[j];
+        const QPointF a = tin[j].isNull() ? dirs[ia] : unit(tin[j]);
+        const QPointF b = tout[j].isNull() ? dirs[ib] : unit(tout[j]);
+        const QPointF na = normal(a), nb = normal(b);
+        const QPointF o1 = p + s * h * na, o2 = p + s * h * nb;
+        const double cross = a.x() * b.y() - a.y() * b.x();
+        const double dot = QPointF::dotProduct(a, b);
+        const double denom = 1 + dot;
+        if (std::abs(cross) < 1e-12 && dot > 0) {
+            out.push_back(o1);
+        } else if (s * cross < 0) { // the outer side of the turn
+            out.push_back(o1);
+            // Miter length over line width is 1 / sin(half the corner angle) = sqrt(2 / (1 + a.b)).
+            if (denom > 1e-12 && 2 / denom <= miterLimit * miterLimit)
+                out.push_back(p + s * h * (na + nb) / denom);
+            out.push_back(o2);
+        } else if (denom > 1e-12 && h * std::abs(cross) / denom <= 0.5 * std::min(lengths[ia], lengths[ib])) {
+            // The inner side: where the two offset edges cross, while that lies well within both.
+            out.push_back(p + s * h * (na + nb) / denom);
+        } else {
+            // Otherwise through the vertex: the small loops this makes lie inside the stroke and
+            // nonzero winding fills them.
+            out.push_back(o1);
+            out.push_back(p);
+            out.push_back(o2);
+        }
+    };
+    left.clear();
+    right.clear();
+    if (closed) {
+        for (size_t j = 0; j < n; ++j) {
+            join(left, j, (j + segments - 1) % segments, j, 1);
+            join(right, j, (j + segments - 1) % segments, j, -1);
+        }
+        std::reverse(right.begin(), right.end());
+        polygon(left);
+        polygon(right);
+        return;
+    }
+    const QPointF first = normal(tout[0].isNull() ? dirs[0] : unit(tout[0]));
+    left.push_back(pts[0] + h * first);
+    right.push_back(pts[0] - h * first);
+    for (size_t j = 1; j + 1 < n; ++j) {
+        join(left, j, j - 1, j, 1);
+        join(right, j, j - 1, j, -1);
+    }
+    const QPointF last = normal(tin[n - 1].isNull() ? dirs[segments - 1] : unit(tin[n - 1]));
+    left.push_back(pts[n - 1] + h * last);
+    right.push_back(pts[n - 1] - h * last);
+    left.insert(left.end(), right.rbegin(), right.rend());
+    polygon(left);
 }
 
 /// Even-odd coverage of an accumulated winding: it folds back every two windings.
@@ -311,36 +452,76 @@ bool isPixelAlignedRect(const QPainterPath& path, const QTransform& transform, c
 
 } // namespace
 
+namespace {
+
+/// Coverage within `rect` of the edges that `edges(line)` produces in mask coordinates.
+template <class EdgesFn>
+CoverageMask rasterizeEdges(EdgesFn&& edges, Qt::FillRule rule, const QRect& rect, bool antialias)
+{
+    CoverageMask mask;
+    mask.rect = rect;
+    mask.values.assign(size_t(rect.width()) * rect.height(), 0);
+    if (antialias) {
+        AreaAccumulator acc(rect.width(), rect.height());
+        edges([&](QPointF p, QPointF q) { acc.line(p, q); });
+        acc.resolve(rule, mask.values.data());
+    } else {
+        std::vector<Edge> list;
+        edges([&](QPointF p, QPointF q) {
+            if (p.y() < q.y())
+                list.push_back({p.x(), p.y(), q.x(), q.y(), 1});
+            else if (p.y() > q.y())
+                list.push_back({q.x(), q.y(), p.x(), p.y(), -1});
+        });
+        sampleCentres(list, rule, rect.width(), rect.height(), mask.values.data());
+    }
+    return mask;
+}
+
+} // namespace
+
 CoverageMask rasterizePath(const QPainterPath& path, const QTransform& transform, const QRect& limit,
                            bool antialias)
 {
-    CoverageMask mask;
     if (path.isEmpty() || limit.isEmpty())
-        return mask;
+        return {};
     const QRectF mapped = transform.mapRect(path.controlPointRect());
     const QRect rect = mapped.toAlignedRect() & limit;
     if (rect.isEmpty())
-        return mask;
+        return {};
     if (isPixelAlignedRect(path, transform, mapped))
         return CoverageMask::filled(rect);
-    mask.rect = rect;
-    mask.values.assign(size_t(rect.width()) * rect.height(), 0);
     const QTransform toMask = transform * QTransform::fromTranslate(-rect.x(), -rect.y());
-    if (antialias) {
-        AreaAccumulator acc(rect.width(), rect.height());
-        flatten(path, toMask, [&](QPointF p, QPointF q) { acc.line(p, q); });
-        acc.resolve(path.fillRule(), mask.values.data());
-    } else {
-        std::vector<Edge> edges;
-        flatten(path, toMask, [&](QPointF p, QPointF q) {
-            if (p.y() < q.y())
-                edges.push_back({p.x(), p.y(), q.x(), q.y(), 1});
-            else if (p.y() > q.y())
-                edges.push_back({q.x(), q.y(), p.x(), p.y(), -1});
+    return rasterizeEdges([&](auto&& line) { flatten(path, toMask, line); }, path.fillRule(), rect,
+                          antialias);
+}
+
+CoverageMask rasterizeStroke(const QPainterPath& path, double width, double miterLimit,
+                             const QTransform& transform, const QRect& limit, bool antialias)
+{
+    if (path.isEmpty() || limit.isEmpty() || width <= 0)
+        return {};
+    // A miter reaches at most miterLimit half-widths from its vertex, any other part one.
+    const double reach = width / 2 * std::max(1.0, miterLimit) + 1;
+    const QRect rect =
+        transform.mapRect(path.controlPointRect().adjusted(-reach, -reach, reach, reach)).toAlignedRect() &
+        limit;
+    if (rect.isEmpty())
+        return {};
+    const QTransform toMask = transform * QTransform::fromTranslate(-rect.x(), -rect.y());
+    auto edges = [&](auto&& line) {
+        // Stroked in the path's own space, so that widths and miters are measured there.
+        forEachSubpath(path, QTransform(), [&](const Polyline& sub) {
+            strokeSubpath(sub, width / 2, miterLimit, [&](const std::vector<QPointF>& polygon) {
+                thread_local std::vector<QPointF> mapped;
+                mapped.resize(polygon.size());
+                for (size_t i = 0; i < polygon.size(); ++i)
+                    mapped[i] = toMask.map(polygon[i]);
+                polygonEdges(mapped, line);
+            });
         });
-        sampleCentres(edges, path.fillRule(), rect.width(), rect.height(), mask.values.data());
-    }
-    return mask;
+    };
+    return rasterizeEdges(edges, Qt::WindingFill, rect, antialias);
 }
 
 } // namespace qm

@@ -30,4 +30,10 @@ struct CoverageMask
 CoverageMask rasterizePath(const QPainterPath& path, const QTransform& transform, const QRect& limit,
                            bool antialias);
 
+/// Coverage of a stroke of the path `width` wide (in the path's units) after `transform`, within
+/// `limit`: butt caps, mitred joins that become bevels where miter length / width would exceed
+/// `miterLimit`. The transform should keep lengths (as the y flip of a drawing context does).
+CoverageMask rasterizeStroke(const QPainterPath& path, double width, double miterLimit,
+                             const QTransform& transform, const QRect& limit, bool antialias);
+
 } // namespace qm
