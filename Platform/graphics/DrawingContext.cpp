@@ -4,7 +4,6 @@
 #include "Platform/graphics/ShadowBlur.h"
 
 #include <QPainter>
-#include <QtEndian>
 #include <QtMath>
 
 #include <algorithm>

@@ -483,3 +483,59 @@ TEST(DrawingContextGradients, AxialShadingHasNoExtension)
     EXPECT_NEAR(at(slanted, 15, 4).r, 255 * 0.5, 1.5);
     EXPECT_NEAR(at(slanted, 2, 2).r, 255 * 0.125, 1.5);
 }
+
+TEST(DrawingContextBlend, ModesFollowTheirFormulas)
+{
+    // Source (1, 0.5, 0) over an opaque grey of 0.5: the separable modes combine the colours
+    // component by component, the Porter-Duff modes the coverage.
+    struct Case
+    {
+        BlendMode mode;
+        int r, g, b, a;
+    } cases[] = {
+        {BlendMode::Normal, 255, 128, 0, 255},
+        {BlendMode::Multiply, 128, 64, 0, 255},
+        {BlendMode::Screen, 255, 192, 128, 255},
+        {BlendMode::Darken, 128, 128, 0, 255},
+        {BlendMode::Lighten, 255, 128, 128, 255},
+        {BlendMode::Difference, 127, 0, 128, 255},
+        {BlendMode::Exclusion, 127, 128, 128, 255},
+        {BlendMode::SourceIn, 255, 128, 0, 255},
+        {BlendMode::DestinationOver, 128, 128, 128, 255},
+        {BlendMode::XOR, 0, 0, 0, 0},
+        {BlendMode::Clear, 0, 0, 0, 0},
+        {BlendMode::DestinationOut, 0, 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        QImage image = blank(4, 4);
+        DrawingContext ctx(image);
+        ctx.setFillColor(Color::deviceWhite(0.5));
+        ctx.fillRect(QRectF(0, 0, 4, 4));
+        ctx.setBlendMode(c.mode);
+        ctx.setFillColor(Color::deviceRGB(1, 0.5, 0));
+        ctx.fillRect(QRectF(0, 0, 2, 4));
+        const Px p = at(image, 0, 1);
+        EXPECT_NEAR(p.r, c.r, 1) << int(c.mode);
+        EXPECT_NEAR(p.g, c.g, 1) << int(c.mode);
+        EXPECT_NEAR(p.b, c.b, 1) << int(c.mode);
+        EXPECT_NEAR(p.a, c.a, 1) << int(c.mode);
+        EXPECT_EQ(at(image, 3, 1).r, 128) << int(c.mode); // outside the shape nothing changes
+    }
+}
+
+TEST(DrawingContextBlend, ClipCoverageMixesOldAndNew)
+{
+    // Copying a transparent colour through a half-open soft clip keeps half of the old pixel.
+    QImage mask = blank(4, 4);
+    mask.fill(QColor(0, 0, 0, 128));
+    QImage image = blank(4, 4);
+    DrawingContext ctx(image);
+    ctx.setFillColor(Color::deviceRGB(0, 0, 1));
+    ctx.fillRect(QRectF(0, 0, 4, 4));
+    ctx.clipToMask(QRectF(0, 0, 4, 4), mask);
+    ctx.setBlendMode(BlendMode::Copy);
+    ctx.setFillColor(Color::deviceRGB(0, 0, 0, 0));
+    ctx.fillRect(QRectF(0, 0, 4, 4));
+    EXPECT_NEAR(at(image, 1, 1).b, 127, 1);
+    EXPECT_NEAR(at(image, 1, 1).a, 127, 1);
+}
