@@ -115,12 +115,19 @@ void blurShifted(const AlphaView& source, double sigma, QPointF shift, const QRe
 
     for (int r = 0; r < rows; ++r) {
         const unsigned char* in = source.data + (rowFirst + r - src.top()) * source.stride;
-        bool any = false;
-        for (int s = 0; s < src.width(); ++s) {
-            line[s] = in[s * source.step];
-            any = any || in[s * source.step];
+        int nonZero = 0;
+        if (source.step == 1) {
+            for (int s = 0; s < src.width(); ++s) {
+                line[s] = in[s];
+                nonZero |= in[s];
+            }
+        } else {
+            for (int s = 0; s < src.width(); ++s) {
+                line[s] = in[s * source.step];
+                nonZero |= in[s * source.step];
+            }
         }
-        if (!any)
+        if (!nonZero)
             continue;
         float* h = horizontal.data() + size_t(r) * width;
         for (int k = 0; k < kxn; ++k) {
