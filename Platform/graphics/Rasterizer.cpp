@@ -80,9 +80,17 @@ void forEachSubpath(const QPainterPath& path, const QTransform& transform, Subpa
             const QPointF d2 = c1 - 2 * c2 + p3;
             const double m2 = std::max(QPointF::dotProduct(d1, d1), QPointF::dotProduct(d2, d2));
             const int n = std::clamp(int(std::ceil(std::sqrt(0.75 / kFlatness * std::sqrt(m2)))), 1, 256);
+            // Forward differences of the cubic a t^3 + b t^2 + c t + p0 in steps of 1 / n.
+            const double h = 1.0 / n;
+            const QPointF a = 3 * (c1 - c2) + p3 - p0, b = 3 * (p0 - 2 * c1 + c2), c = 3 * (c1 - p0);
+            QPointF p = p0, step = a * (h * h * h) + b * (h * h) + c * h;
+            QPointF change = a * (6 * h * h * h) + b * (2 * h * h);
+            const QPointF changeOfChange = a * (6 * h * h * h);
             for (int k = 1; k < n; ++k) {
-                const double t = double(k) / n, u = 1 - t;
-                line.add(u * u * u * p0 + 3 * u * u * t * c1 + 3 * u * t * t * c2 + t * t * t * p3);
+                p += step;
+                step += change;
+                change += changeOfChange;
+                line.add(p);
             }
             line.add(p3, firstNonZero(p3 - c2, p3 - c1, p3 - p0));
             break;
