@@ -736,6 +736,8 @@ void DrawingContext::composite(const Paint& paint, const CoverageMask& shape, Bl
             for (int i = 0; i < width;) {
                 if (!row[i]) {
                     ++i;
+                    while (i + 4 <= width && !(row[i] | row[i + 1] | row[i + 2] | row[i + 3]))
+                        i += 4; // empty stretches four at a time
                     continue;
                 }
                 int j = i + 1;
