@@ -52,6 +52,9 @@ bool ProjectSession::open(const QString& path, QString* error)
     m_state.setTextGlyph(characters);
     for (const CGGlyphBitmap& record : project.glyphs)
         m_view.resetGlyphParam(record);
+    // Glyph records do not keep the miter limit: the project's applies to every glyph, as the
+    // panel's miter-limit field does when it shows the loaded project.
+    m_view.setMiterLimit(m_state.miterlimit());
     m_state.setBlockredrawandpack(false);
     redrawAndPack();
 
