@@ -4,13 +4,19 @@
 #include "Classes/render/CAGlyphLayer.h"
 #include "Platform/text/FontManager.h"
 
+#include <QImageReader>
+
 namespace qm {
 
 TextureView::TextureView(const QSizeF& frameSize)
     : m_frameSize(frameSize), m_checkerboardLayer(std::make_unique<Layer>())
 {
     m_checkerboardLayer->setName(QStringLiteral("checkerboard"));
-    m_checkerboardLayer->setBackgroundPattern(QImage(QStringLiteral(":/quillmark/checker.png")));
+    // Read as PNG by name: left to guess, the reader first loads every image-format plugin,
+    // which costs a command-line run more than its whole glyph rendering.
+    QImageReader checker(QStringLiteral(":/quillmark/checker.png"), "png");
+    checker.setAutoDetectImageFormat(false);
+    m_checkerboardLayer->setBackgroundPattern(checker.read());
     m_checkerboardLayer->setFrame(QRectF(QPointF(0, 0), frameSize));
     auto background = std::make_unique<Layer>();
     background->setName(QStringLiteral("background"));
@@ -56,8 +62,8 @@ bool TextureView::repack()
 {
     if (!m_sharedState)
         return true;
-    return Packing(m_sharedState->paddingSize(), m_sharedState->paddingMethod(), m_sharedState->packingReversed(),
-                   m_sharedState->grid());
+    return Packing(m_sharedState->paddingSize(), m_sharedState->paddingMethod(),
+                   m_sharedState->packingReversed(), m_sharedState->grid());
 }
 
 void TextureView::forAll(const std::function<void(CAGlyphLayer&)>& apply)
@@ -266,6 +272,5 @@ CAGlyphLayer* TextureView::getCAGlyphLayer(char16_t character) const
     }
     return nullptr;
 }
-
 
 } // namespace qm

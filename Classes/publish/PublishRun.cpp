@@ -5,12 +5,12 @@
 #include "Classes/model/TextureController.h"
 #include "Classes/model/sharedAppState.h"
 #include "Classes/publish/ScaleText.h"
+#include "Platform/graphics/PngWriter.h"
 #include "Platform/layers/Transaction.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageWriter>
 #include <QSaveFile>
 
 #include <cmath>
@@ -113,7 +113,7 @@ PublishFiles PublishRun::filesOf(const PublishTarget& t) const
     return files;
 }
 
-bool PublishRun::writePng(const QImage& image, const QString& path)
+bool PublishRun::writePngFile(const QImage& image, const QString& path)
 {
     if (image.isNull())
         return false;
@@ -123,15 +123,14 @@ bool PublishRun::writePng(const QImage& image, const QString& path)
     file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    QImageWriter writer(&file, "png");
-    if (!writer.write(image)) {
+    if (!writePng(image, file)) {
         file.cancelWriting();
         return false;
     }
     return file.commit();
 }
 
-bool PublishRun::writeText(const QString& text, const QString& path)
+bool PublishRun::writeTextFile(const QString& text, const QString& path)
 {
     QSaveFile file(path);
     file.setDirectWriteFallback(true);
@@ -272,7 +271,7 @@ void PublishRun::publishTarget(const PublishTarget& t, PublishResult& result)
         if (t.format == 7) {
             ok = m_view.getMultipleTexture(outputScale, t.quality, files.texture, t.suffix, outputScale);
         } else {
-            ok = writePng(m_view.getTexture(outputScale, t.quality, outputScale), files.texture);
+            ok = writePngFile(m_view.getTexture(outputScale, t.quality, outputScale), files.texture);
         }
         logResult(ok, result);
     }
@@ -294,7 +293,7 @@ void PublishRun::publishTarget(const PublishTarget& t, PublishResult& result)
             m_state.setSpaceWidth(int(scale / 100.0f * spaceWidth));
         }
         const QString text = m_view.getFontplist(outputScale, files.textureName, t.format, face, outputScale);
-        logResult(writeText(text, files.descriptor), result);
+        logResult(writeTextFile(text, files.descriptor), result);
     }
 
     m_state.setLineHeight(int(lineHeight));

@@ -77,9 +77,9 @@ public:
 
     /// Writes an image as a single-image PNG through a temporary file that replaces `path` only
     /// when complete; false when the image is null or any step fails.
-    static bool writePng(const QImage& image, const QString& path);
+    static bool writePngFile(const QImage& image, const QString& path);
     /// Writes text as UTF-8, likewise never leaving a partly written file behind.
-    static bool writeText(const QString& text, const QString& path);
+    static bool writeTextFile(const QString& text, const QString& path);
 
 private:
     /// The redraw-affected settings of the project, as they were before a target scaled them.
