@@ -10,11 +10,25 @@ TextureView::TextureView(const QSizeF& frameSize)
     : m_frameSize(frameSize), m_checkerboardLayer(std::make_unique<Layer>())
 {
     m_checkerboardLayer->setName(QStringLiteral("checkerboard"));
+    m_checkerboardLayer->setBackgroundPattern(QImage(QStringLiteral(":/quillmark/checker.png")));
     m_checkerboardLayer->setFrame(QRectF(QPointF(0, 0), frameSize));
     auto background = std::make_unique<Layer>();
     background->setName(QStringLiteral("background"));
     background->setFrame(QRectF(QPointF(0, 0), frameSize));
     m_backgroundLayer = m_checkerboardLayer->addSublayer(std::move(background));
+
+    // The preview's two fixed sublayers: the background picture and the text's bounding box.
+    m_previewLayer = std::make_unique<Layer>();
+    m_previewLayer->setName(QStringLiteral("preview"));
+    m_previewLayer->setFrame(QRectF(0, 0, 4096, 4096));
+    auto bg = std::make_unique<Layer>();
+    bg->setName(QStringLiteral("previewBackground"));
+    m_previewLayer->addSublayer(std::move(bg));
+    auto box = std::make_unique<Layer>();
+    box->setName(QStringLiteral("boundingBox"));
+    box->setBorderWidth(1);
+    box->setBorderColor(Color::calibratedRGB(1, 1, 1, 0.5));
+    m_previewLayer->addSublayer(std::move(box));
 }
 
 TextureView::~TextureView() = default;
@@ -253,11 +267,5 @@ CAGlyphLayer* TextureView::getCAGlyphLayer(char16_t character) const
     return nullptr;
 }
 
-// Filled in with the on-screen background, the preview and the glyph editor.
-void TextureView::updateCheckerboardAndColor(bool, const Color&) {}
-void TextureView::updatePreview(const QString&) {}
-void TextureView::updatePreviewPos() {}
-void TextureView::updateGlyph(char16_t, int, int, int) {}
-void TextureView::updateGlyphImage(char16_t, bool, bool) {}
 
 } // namespace qm

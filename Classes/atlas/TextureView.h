@@ -119,14 +119,73 @@ public:
     // The on-screen texture.
     virtual void updateCheckerboardAndColor(bool checkerBoard, const Color& backgroundColor);
 
-    // Preview and single glyphs.
-    /// Lays the text out with the glyph set's glyphs ("\\n" pairs are line breaks).
+    // The text preview.
+    /// The preview's container: the background picture, the text's bounding box, then one
+    /// glyph layer per character of the preview text.
+    Layer* previewLayer() const { return m_previewLayer.get(); }
+    Layer* bgpreviewLayer() const;
+    Layer* boundingBoxPreview() const;
+    /// The layer the canvas shows: the preview or the checkerboard with the texture.
+    Layer* displayedLayer() const { return m_showsPreview ? m_previewLayer.get() : m_checkerboardLayer.get(); }
+    bool showsPreview() const { return m_showsPreview; }
+    /// Lays the text out with the glyph set's glyphs, spaced as a game would space them from the
+    /// descriptor; the two characters backslash and n make a line break.
     virtual void updatePreview(const QString& text);
+    /// Places the existing preview glyphs again for the stored preview text, without animation.
     virtual void updatePreviewPos();
+    /// The canvas shows the preview, on a 4096 x 4096 canvas.
+    void switchToPreview();
+    /// The canvas shows the texture again, at the texture's size.
+    void switchToTexture();
+    /// A preview background of a screen size, filled with a colour and centred.
+    void loadpreviewbgSizeAndColor(const QSizeF& size, const Color& color);
+    /// The screen size of a preview-background selector tag.
+    static QSizeF previewBackgroundSize(int tag);
+    /// The laid-out preview as one picture: the visible glyphs on the preview background colour,
+    /// cropped to the text's bounding box plus a margin. Null when nothing is laid out.
+    QImage getPreviewImg();
+    QPointF previewXYOffset() const { return m_previewXYOffset; }
+    void setPreviewXYOffset(QPointF offset) { m_previewXYOffset = offset; }
+    /// The scroll view's magnification in preview mode, used when hit-testing preview clicks.
+    void setPreviewMagnification(double m) { m_previewMagnification = m; }
+
+    // Canvas interaction: points are in canvas coordinates (y up); in preview mode they are in
+    // the preview scroll view's content coordinates.
+    void mouseDown(QPointF point);
+    void mouseDragged(QPointF point);
+    void mouseUp(QPointF point);
+    void rightMouseUp(QPointF point);
+    /// A key: `commandOnly` when Command is the only modifier held, `character` the key's first
+    /// character (a space allows multiple selection, U+007F deletes the selection).
+    void keyDown(bool commandOnly, QChar character);
+    void keyUp(bool commandOnly, QChar character);
+    bool allowMultipleSelection() const { return m_allowMultipleSelection; }
+    bool previewMouseDragging() const { return m_previewMouseDragging; }
+    void removeSelectedLayers();
+    void selectAll();
+    /// Inverts every glyph's selection.
+    void selectNone();
+    /// Selects exactly the glyphs whose character occurs in the text.
+    void selectLetters(const QString& text);
+    CAGlyphLayer* getOneLayer() const;
+    QList<CAGlyphLayer*> getAllLayers() const { return glyphLayers(); }
     virtual void updateGlyph(char16_t character, int xOffset, int yOffset, int xAdvance);
     virtual void updateGlyphImage(char16_t character, bool custom, bool fitImage);
     /// The first glyph layer whose glyph has the character, or null.
     virtual CAGlyphLayer* getCAGlyphLayer(char16_t character) const;
+
+    // Dropping pictures: onto a glyph on the canvas, or as the preview's background.
+    /// A drag enters; accepted (and the canvas highlighted) when it carries an image.
+    bool draggingEntered(bool carriesImage);
+    /// The pointer moved: on the canvas the glyph under it is highlighted.
+    void draggingUpdated(QPointF point);
+    void draggingExited();
+    bool prepareForDragOperation(bool carriesImage);
+    /// Drops files: exactly one is accepted; its first image becomes the highlighted glyph's
+    /// custom picture, or in preview mode the preview's background picture.
+    bool performDragOperation(const QStringList& files);
+    /// A picture is being dragged over the canvas (drawn as a red frame).
+    bool highlight() const { return m_highlight; }
 
 private:
     /// Calls `apply` for every glyph layer the selection rule takes: all, or only the selected
@@ -139,11 +198,28 @@ private:
     /// Finds the automatic tree-mode texture size for boxes of the given sizes.
     QSizeF searchTextureSize(const QList<QSizeF>& boxes, int padding) const;
 
+    /// Hit-tests glyph layers: the texture's, or the preview's from the third sublayer on.
+    CAGlyphLayer* hitGlyph(QPointF point) const;
+    /// The preview placement pass for the current preview layers.
+    void placePreview(int totalWidth, bool animated);
+    int previewTotalWidth() const;
+
     sharedAppState* m_sharedState = nullptr;
     QSizeF m_frameSize;
     std::unique_ptr<Layer> m_checkerboardLayer;
     Layer* m_backgroundLayer = nullptr;
     std::unique_ptr<TreeNode> m_Nodes;
+
+    std::unique_ptr<Layer> m_previewLayer;
+    bool m_showsPreview = false;
+    QString m_previewGlyphs; ///< the preview text without its line breaks, one character per glyph
+    QPointF m_previewXYOffset;
+    QPointF m_previewLastP;
+    QPointF m_previewtmpoff;
+    double m_previewMagnification = 1.0;
+    bool m_previewMouseDragging = false;
+    bool m_allowMultipleSelection = false;
+    bool m_highlight = false;
 };
 
 } // namespace qm

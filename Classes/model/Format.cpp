@@ -1,10 +1,26 @@
 #include "Classes/model/Format.h"
 
+#include <cstdio>
 #include <cstring>
 
 namespace qm {
 
 namespace {
+
+/// C's printf: Qt's own formatter rounds exact halves up, printf to even ("%.4f" of 0.53125 is
+/// 0.5312), and the files must read as printf writes them.
+template <typename T> QString cFormat(const QByteArray& spec, T value)
+{
+    char buffer[128];
+    const int n = std::snprintf(buffer, sizeof buffer, spec.constData(), value);
+    if (n < 0)
+        return {};
+    if (size_t(n) < sizeof buffer)
+        return QString::fromLatin1(buffer, n);
+    QByteArray big(n + 1, '\0');
+    std::snprintf(big.data(), size_t(big.size()), spec.constData(), value);
+    return QString::fromLatin1(big.constData(), n);
+}
 
 QString formatOne(const QByteArray& spec, char conversion, const FormatArg& arg)
 {
@@ -30,7 +46,7 @@ QString formatOne(const QByteArray& spec, char conversion, const FormatArg& arg)
             d = *x;
         else if (const auto* i = std::get_if<long long>(&v))
             d = double(*i);
-        return QString::asprintf((spec + conversion).constData(), d);
+        return cFormat(spec + conversion, d);
     }
     long long n = 0;
     if (const auto* i = std::get_if<long long>(&v))
@@ -40,8 +56,8 @@ QString formatOne(const QByteArray& spec, char conversion, const FormatArg& arg)
     else
         return std::get<QString>(v); // a string handed to an integer conversion
     if (conversion == 'x' || conversion == 'X' || conversion == 'o' || conversion == 'u')
-        return QString::asprintf((spec + "ll" + conversion).constData(), static_cast<unsigned long long>(n));
-    return QString::asprintf((spec + "ll" + conversion).constData(), n);
+        return cFormat(spec + "ll" + conversion, static_cast<unsigned long long>(n));
+    return cFormat(spec + "ll" + conversion, n);
 }
 
 } // namespace

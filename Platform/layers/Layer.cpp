@@ -82,6 +82,12 @@ void Layer::setBackgroundColor(const Color& color)
     noteChange();
 }
 
+void Layer::setBackgroundPattern(const QImage& tile)
+{
+    m_backgroundPattern = tile;
+    noteChange();
+}
+
 void Layer::setContents(const QImage& image)
 {
     m_contents = image;

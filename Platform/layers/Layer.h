@@ -56,6 +56,9 @@ public:
     void setBorderColor(const Color& color);
     const Color& backgroundColor() const { return m_backgroundColor; }
     void setBackgroundColor(const Color& color);
+    /// A picture tiled at its own pixel size behind the layer's contents (a pattern colour).
+    const QImage& backgroundPattern() const { return m_backgroundPattern; }
+    void setBackgroundPattern(const QImage& tile);
 
     /// The picture the layer shows; made by display() or set directly.
     const QImage& contents() const { return m_contents; }
@@ -93,6 +96,7 @@ private:
     double m_borderWidth = 0;
     Color m_borderColor;
     Color m_backgroundColor;
+    QImage m_backgroundPattern;
     QImage m_contents;
     bool m_needsDisplay = false;
     Layer* m_superlayer = nullptr;

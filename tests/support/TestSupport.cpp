@@ -3,6 +3,8 @@
 #include "Platform/text/Font.h"
 
 #include <QDir>
+#include <QJsonDocument>
+#include <QProcess>
 
 namespace qm::test {
 
@@ -20,8 +22,7 @@ QString sourcePath(const QString& relative)
 
 QString programPath()
 {
-    const QByteArray fromEnv = qgetenv("QUILLMARK_BIN");
-    return fromEnv.isEmpty() ? QStringLiteral(QUILLMARK_BINARY_DIR "/bin/quillmark") : QString::fromLocal8Bit(fromEnv);
+    return QStringLiteral(QUILLMARK_BINARY_DIR "/bin/quillmark");
 }
 
 QString dejaVuSansPath()
@@ -32,6 +33,27 @@ QString dejaVuSansPath()
 QString liberationSansPath()
 {
     return Font::fromName(QStringLiteral("LiberationSans"), 12).filePath();
+}
+
+QJsonObject readWithBMFontParser(const QString& path, QString* error)
+{
+    const QString script = sourcePath(QStringLiteral("tests/support/bmfont/parse-bmfont.js"));
+    QProcess node;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("NODE_PATH"), QStringLiteral(QUILLMARK_NODE_PATH));
+    node.setProcessEnvironment(environment);
+    node.start(QStringLiteral("node"), {script, path});
+    if (!node.waitForFinished(60000) || node.exitStatus() != QProcess::NormalExit || node.exitCode() != 0) {
+        *error = QStringLiteral("node failed: ") + QString::fromUtf8(node.readAllStandardError());
+        return {};
+    }
+    QJsonParseError parseError;
+    const QJsonDocument doc = QJsonDocument::fromJson(node.readAllStandardOutput(), &parseError);
+    if (!doc.isObject()) {
+        *error = QStringLiteral("unreadable parser output: ") + parseError.errorString();
+        return {};
+    }
+    return doc.object();
 }
 
 } // namespace qm::test

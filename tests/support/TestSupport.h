@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 namespace qm::test {
@@ -14,5 +15,12 @@ QString programPath();
 /// Path of a font file of the Debian test fonts, found through fontconfig's file list.
 QString dejaVuSansPath();
 QString liberationSansPath();
+
+/// What the public npm BMFont parsers (parse-bmfont-ascii, parse-bmfont-xml) read from a .fnt
+/// file, as their JSON: {pages, chars: [{id, x, y, width, height, xoffset, yoffset, xadvance,
+/// page, chnl}], info, common, kernings: [{first, second, amount}]}. The parsers are installed
+/// by a ctest fixture: list the test in tests/CMakeLists.txt's bmfont_consumer_tests. Empty,
+/// with `error` set, when it failed.
+QJsonObject readWithBMFontParser(const QString& path, QString* error);
 
 } // namespace qm::test
