@@ -11,13 +11,6 @@ namespace {
 /// in any window.
 CodeRange rememberedRange;
 
-/// Hands a selection by characters to the canvas. The canvas's selectLetters() is still to
-/// come; this is the one place to wire it to, so until then the selection is not shown.
-void selectLettersOnCanvas(TextureView& view, const QString& text)
-{
-    (void)view, (void)text;
-}
-
 } // namespace
 
 CodeRange CharacterSet::rememberedBlock()
@@ -90,7 +83,7 @@ void CharacterSet::refreshDefaultLettersClicker()
 
 void CharacterSet::selectLettersClicked(const QString& selectedText)
 {
-    selectLettersOnCanvas(m_view, selectedText);
+    m_view.selectLetters(selectedText);
 }
 
 } // namespace qm

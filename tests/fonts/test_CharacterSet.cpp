@@ -243,3 +243,16 @@ TEST(CharacterSet, RememberedBlockIsSharedByAllWindows)
     EXPECT_EQ(second.charset.allLetters(), QStringLiteral(" ") + codes(0x2190, 0x21FF));
     EXPECT_TRUE(first.charset.allLetters().isEmpty());
 }
+
+TEST(CharacterSet, SelectedTextSelectsItsGlyphs)
+{
+    Window w;
+    w.charset.setAllLetters(QStringLiteral("ABC\u00e9\u4e00"));
+    w.charset.allLettersChanged();
+    w.charset.selectLettersClicked(QStringLiteral("C\u4e00"));
+    QString selected;
+    for (CAGlyphLayer* layer : w.view.glyphLayers())
+        if (layer->selected())
+            selected += QChar(layer->glyphBitmap().charname());
+    EXPECT_EQ(selected, QStringLiteral("C\u4e00"));
+}
