@@ -12,6 +12,8 @@
 namespace qm {
 
 class CAGlyphLayer;
+class KeyedArchiver;
+class KeyedUnarchiver;
 class TextureController;
 class TextureView;
 
@@ -187,6 +189,14 @@ public:
 
     /// True when every settings field (not the back references) is equal.
     bool sameSettings(const sharedAppState& other) const;
+
+    // Keyed archiving: the "interface" record of a project file (sharedAppStateCoding.cpp).
+    /// Writes the archived fields, in the file's key order, into the record being encoded.
+    void encodeWithCoder(KeyedArchiver& coder) const;
+    /// Reads the record being decoded into this object, which starts empty
+    /// (InitialValues::Empty): missing keys stay 0, false or none, except the two stroke
+    /// gradient colours, which fall back to yellow and red. Informs nobody, marks nothing.
+    void initWithCoder(const KeyedUnarchiver& coder);
 
 private:
     void markChanged() { m_configchanged = true; }

@@ -11,6 +11,8 @@
 namespace qm {
 
 class DrawingContext;
+class KeyedArchiver;
+class KeyedUnarchiver;
 
 /// The record fields: (type, name, setter, default of a new glyph). Every field has a plain
 /// getter and setter without side effects.
@@ -107,6 +109,15 @@ public:
 
     /// True when every field is equal (images compared by pixels).
     bool operator==(const CGGlyphBitmap& other) const;
+
+    // Keyed archiving: one element of a project file's "allglyphs" (CGGlyphBitmapCoding.cpp).
+    /// Writes the archived fields, in the file's key order, into the record being encoded; the
+    /// custom picture only when there is one and the glyph has a bitmap.
+    void encodeWithCoder(KeyedArchiver& coder) const;
+    /// Reads the record being decoded into this glyph, which starts empty
+    /// (InitialValues::Empty). A custom picture becomes the bitmap and sets `frameImage`; without
+    /// both gradients, both are made from the legacy two-colour fields.
+    void initWithCoder(const KeyedUnarchiver& coder);
 
 private:
 #define QM_DECLARE_MEMBER(Type, name, Setter, Default) Type m_##name{};

@@ -50,7 +50,8 @@ public:
     bool operator==(const Color& other) const = default;
 
 private:
-    Color(Space space, double r, double g, double b, double a) : m_space(space), m_r(r), m_g(g), m_b(b), m_a(a)
+    Color(Space space, double r, double g, double b, double a)
+        : m_space(space), m_r(r), m_g(g), m_b(b), m_a(a)
     {
     }
     Color converted(Space space) const;

@@ -46,10 +46,9 @@ Color Gradient::interpolatedColorAtLocation(double location) const
         auto mix = [t](double x, double y) { return x + (y - x) * t; };
         const Color& ca = a.color;
         const Color& cb = b.color;
-        const Color mixed = Color::calibratedRGB(mix(ca.redComponent(), cb.redComponent()),
-                                                 mix(ca.greenComponent(), cb.greenComponent()),
-                                                 mix(ca.blueComponent(), cb.blueComponent()),
-                                                 mix(ca.alphaComponent(), cb.alphaComponent()));
+        const Color mixed = Color::calibratedRGB(
+            mix(ca.redComponent(), cb.redComponent()), mix(ca.greenComponent(), cb.greenComponent()),
+            mix(ca.blueComponent(), cb.blueComponent()), mix(ca.alphaComponent(), cb.alphaComponent()));
         return m_space == Color::Space::DeviceRGB ? mixed.toDeviceRGB() : mixed;
     }
     return m_stops.last().color;

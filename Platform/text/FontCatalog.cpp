@@ -144,7 +144,17 @@ bool addApplicationFont(const QString& path)
 
 void sortMembers(QList<Entry>& entries)
 {
-    std::stable_sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+    // The regular face leads: code that takes "the family's first member" (its kerning and
+    // character map, for one) then reads the face that is drawn, not an extra-light cousin that
+    // happens to sort first by weight.
+    const Entry* regular = mostRegular(entries);
+    const QString regularFile = regular ? regular->filePath : QString();
+    const int regularIndex = regular ? regular->faceIndex : 0;
+    std::stable_sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
+        const bool aRegular = a.filePath == regularFile && a.faceIndex == regularIndex;
+        const bool bRegular = b.filePath == regularFile && b.faceIndex == regularIndex;
+        if (aRegular != bRegular)
+            return aRegular;
         if (a.fcWeight != b.fcWeight)
             return a.fcWeight < b.fcWeight;
         if (a.fcSlant != b.fcSlant)

@@ -34,7 +34,8 @@ QStringList aliases(const QString& family);
 /// Adds a font file to the application fonts of the current configuration.
 bool addApplicationFont(const QString& path);
 
-/// The stable member order: weight, upright before slanted, width, style name.
+/// The stable member order: the most regular face first, then weight, upright before slanted,
+/// width, style name.
 void sortMembers(QList<Entry>& entries);
 /// The member closest to a regular upright face of normal width.
 const Entry* mostRegular(const QList<Entry>& entries);

@@ -36,8 +36,8 @@ class FontManager
 public:
     /// Every family name, each once, sorted case-insensitively.
     static QStringList availableFontFamilies();
-    /// The members of a family in a stable order (weight, then upright before slanted, then width,
-    /// then style name). A family known only as a metric alias ("Arial" on a system with
+    /// The members of a family in a stable order: the regular upright face first, then by weight,
+    /// upright before slanted, width, style name. A family known only as a metric alias ("Arial" on a system with
     /// Liberation Sans) lists the members of the family it resolves to. Unknown: empty.
     static QList<FontMember> availableMembersOfFontFamily(const QString& family);
     /// The installed family a name resolves to: itself when installed, else the first installed

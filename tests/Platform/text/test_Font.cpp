@@ -178,6 +178,10 @@ TEST(FontFamilies, ListAndMembersAreStable)
     EXPECT_EQ(members[3].postScriptName, QStringLiteral("LiberationSans-BoldItalic"));
     for (const FontMember& m : members)
         EXPECT_FALSE(Font::fromName(m.postScriptName, 20).isNull()) << qPrintable(m.postScriptName);
+
+    // The regular face leads even when lighter faces of the family are installed.
+    EXPECT_EQ(FontManager::availableMembersOfFontFamily(QStringLiteral("DejaVu Sans")).value(0).postScriptName,
+              QStringLiteral("DejaVuSans"));
 }
 
 TEST(FontCache, SameFontSharesOneFace)
