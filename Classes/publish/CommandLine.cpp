@@ -1,9 +1,10 @@
 #include "Classes/publish/CommandLine.h"
 
+#include "Classes/fonts/FontList.h"
+#include "Classes/fonts/UnicodeRanges.h"
 #include "Classes/publish/CommandLineController.h"
 #include "Classes/publish/ProjectSession.h"
 #include "Classes/publish/PublishRun.h"
-#include "Platform/text/FontManager.h"
 
 #include <QTextStream>
 
@@ -54,7 +55,8 @@ const char* const kInfoUsage =
 const char* const kBlocksUsage =
     "usage: quillmark blocks\n"
     "\n"
-    "Lists the Unicode blocks that generate --block takes: name, first and last code.\n";
+    "Lists the Unicode blocks that generate --block takes: name, first and last code\n"
+    "(hexadecimal). Block names match in any case.\n";
 
 } // namespace
 
@@ -119,9 +121,13 @@ int CommandLine::runFonts(const QStringList& args)
         else
             return fail(QStringLiteral("fonts"), QStringLiteral("unknown argument '%1'").arg(args[i]), Usage);
     }
-    for (const QString& family : FontManager::availableFontFamilies())
-        if (search.isEmpty() || family.toLower().contains(search.toLower()))
-            m_out << family << '\n';
+    // The font list of a window that nobody sees: its search and its kerning marks.
+    TextureController silent;
+    ProjectSession session(&silent);
+    FontList list(session.state(), session.view(), silent);
+    list.searchFieldChanged(search);
+    for (const FontRow& row : list.fontArray())
+        m_out << row.familyName << (row.hasKerning ? "\tkerning" : "") << '\n';
     return Ok;
 }
 
@@ -134,7 +140,16 @@ int CommandLine::runBlocks(const QStringList& args)
     if (!args.isEmpty())
         return fail(QStringLiteral("blocks"), QStringLiteral("unknown argument '%1'").arg(args.first()),
                     Usage);
-    return fail(QStringLiteral("blocks"), QStringLiteral("not available yet"), Failed);
+    for (const UnicodeBlock& block : UnicodeRanges::blocks()) {
+        const CodeRange range = UnicodeRanges::parseRange(block.range);
+        m_out << block.name.leftJustified(38)
+              << QStringLiteral("%1-%2")
+                     .arg(range.start, 4, 16, QLatin1Char('0'))
+                     .arg(range.end, 4, 16, QLatin1Char('0'))
+                     .toUpper()
+              << '\n';
+    }
+    return Ok;
 }
 
 /// Reads "PROJECT [--target NAME]..." (targets only when `targets` is given).

@@ -3,6 +3,7 @@
 
 #include "Classes/publish/CommandLine.h"
 
+#include "Classes/fonts/UnicodeRanges.h"
 #include "Classes/model/Format.h"
 #include "Classes/publish/CommandLineController.h"
 #include "Classes/publish/ProjectSession.h"
@@ -234,8 +235,7 @@ QString rangeCharacters(const QString& text, QString* error)
             *error = QStringLiteral("bad range '%1': codes above FFFF cannot be glyphs").arg(part);
             return {};
         }
-        for (quint32 c = *start; c <= *end; ++c)
-            characters += QChar(char16_t(c));
+        characters += UnicodeRanges::codesText(*start, *end);
     }
     return characters;
 }
@@ -315,6 +315,37 @@ int CommandLine::runGenerate(const QStringList& args)
              characters += text;
              charactersGiven = true;
              return detail.isEmpty();
+         }},
+        {QStringLiteral("block"),
+         [&](const QString& v) {
+             const std::optional<UnicodeBlock> block = UnicodeRanges::blockNamed(v.trimmed());
+             if (!block) {
+                 detail = QStringLiteral("unknown block '%1' (quillmark blocks lists them)").arg(v);
+                 return false;
+             }
+             const CodeRange range = UnicodeRanges::parseRange(block->range);
+             characters += UnicodeRanges::codesText(range.start, range.end);
+             charactersGiven = true;
+             return true;
+         }},
+        {QStringLiteral("set"),
+         [&](const QString& v) {
+             static const QHash<QString, int> tags = {
+                 {QStringLiteral("ascii"), 1},    {QStringLiteral("latin1"), 2}, {QStringLiteral("greek"), 3},
+                 {QStringLiteral("cyrillic"), 4}, {QStringLiteral("math"), 6},   {QStringLiteral("box"), 7},
+             };
+             const std::optional<int> number = parseInt(v, 1, 7);
+             const int tag = number ? *number : tags.value(v.trimmed().toLower(), 0);
+             if (tag == 0) {
+                 detail = QStringLiteral(
+                              "unknown quick set '%1': ascii, latin1, greek, cyrillic, math, box or 1-7")
+                              .arg(v);
+                 return false;
+             }
+             const CodeRange range = UnicodeRanges::quickSet(tag);
+             characters += UnicodeRanges::codesText(range.start, range.end);
+             charactersGiven = true;
+             return true;
          }},
         {QStringLiteral("fill"),
          [&](const QString& v) {
@@ -649,7 +680,8 @@ int CommandLine::runGenerate(const QStringList& args)
         return usage(QStringLiteral("two scales would write the same files; give each its own suffix"));
 
     if (!wanted.textureName().isEmpty() && !QImageReader(wanted.textureName()).canRead())
-        return fail(command, QStringLiteral("cannot read the texture picture '%1'").arg(wanted.textureName()), Failed);
+        return fail(command, QStringLiteral("cannot read the texture picture '%1'").arg(wanted.textureName()),
+                    Failed);
 
     // The font: a file is registered for this process; a name must resolve to an installed family.
     QString family;
@@ -694,18 +726,17 @@ int CommandLine::runGenerate(const QStringList& args)
         }
     }
 
-    if (!charactersGiven)
-        for (char16_t c = 0x21; c <= 0x7E; ++c)
-            characters += QChar(c);
-    if (!characters.contains(u' '))
-        characters.prepend(u' ');
+    if (!charactersGiven) {
+        const CodeRange ascii = UnicodeRanges::quickSet(1);
+        characters = UnicodeRanges::codesText(ascii.start, ascii.end);
+    }
 
     CommandLineController controller(m_out, m_err);
     ProjectSession session(&controller);
     sharedAppState& s = session.state();
 
-    // Everything is set while the set is empty and redrawing suspended; the glyphs are then
-    // measured and packed once.
+    // The style is set while the glyph set is still empty, with redrawing suspended; the
+    // characters, the face and the glyph size then each measure and pack the set once.
     s.setBlockredrawandpack(true);
     session.chooseFamily(family, !fontFile.isEmpty());
     if (!fontFile.isEmpty())
@@ -738,13 +769,14 @@ int CommandLine::runGenerate(const QStringList& args)
     s.setPackingOptions(wanted.paddingSize(), wanted.paddingMethod(), wanted.packingReversed(),
                         wanted.grid());
     s.setFontFormat(wanted.fontFormat());
-    s.setTextGlyph(characters);
-    // The face is applied to the glyphs that exist, so it comes after the characters.
+    s.setBlockredrawandpack(false);
+    session.applyCharacters(characters);
+    // The face goes to the glyphs that exist, so it comes after the characters.
+    s.setBlockredrawandpack(true);
     s.setFontweight(members[face].weight);
     s.setGlyphTrait(face);
     s.setBlockredrawandpack(false);
-    session.redrawAndPack();
-    session.applyAutomaticMetrics();
+    session.reallyChangeGlyphSize(wanted.glyphSize());
     if (lineHeight)
         s.setLineHeight(*lineHeight);
     if (spaceWidth)

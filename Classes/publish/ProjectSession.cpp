@@ -1,5 +1,8 @@
 #include "Classes/publish/ProjectSession.h"
 
+#include "Classes/fonts/CharacterSet.h"
+#include "Classes/fonts/FontTablesReader.h"
+#include "Classes/fonts/GlyphSizeChange.h"
 #include "Classes/model/TextureController.h"
 #include "Classes/render/CAGlyphLayer.h"
 #include "Platform/text/FontManager.h"
@@ -27,27 +30,25 @@ void ProjectSession::chooseFamily(const QString& family, bool loadedFromFile)
 
 void ProjectSession::loadFontTables()
 {
+    FontTablesReader reader(m_state);
+    const bool hasKernings = reader.hasKernings(m_state.fontName());
     m_state.setKerningTable({});
     m_state.setCmapTable({});
+    // Without a format 0 kerning subtable both tables stay empty, the character map too.
+    if (hasKernings)
+        reader.fillKerningTable(m_state.fontName());
 }
 
 void ProjectSession::reallyChangeGlyphSize(int size)
 {
-    m_state.setGlyphSize(size);
-    applyAutomaticMetrics();
+    qm::reallyChangeGlyphSize(m_state, m_view, size);
 }
 
-void ProjectSession::applyAutomaticMetrics()
+void ProjectSession::applyCharacters(const QString& text)
 {
-    m_state.setLineHeight(m_view.getDefaultLineHeight());
-    m_state.setSpaceWidth(m_view.getSpaceWidth());
-    m_view.updatePreview(m_state.previewTextString());
-}
-
-void ProjectSession::redrawAndPack()
-{
-    m_view.redrawAllGlyphs();
-    m_view.Packing(m_state.paddingSize(), m_state.paddingMethod(), m_state.packingReversed(), m_state.grid());
+    CharacterSet characters(m_state, m_view);
+    characters.setAllLetters(text);
+    characters.allLettersChanged();
 }
 
 int ProjectSession::regularMember(const QList<FontMember>& members)

@@ -47,14 +47,12 @@ public:
     void chooseFamily(const QString& family, bool loadedFromFile);
     /// Empties `kerningTable` and `cmapTable`, then fills both when the family has usable kerning.
     void loadFontTables();
-    /// The glyph-size handler: applies the size to every glyph, then takes the automatic line
-    /// height and space width from the glyph set, and refreshes the preview.
+    /// The glyph-size handler: applies the size to every glyph (measuring and packing the set),
+    /// then takes the automatic line height and space width from it, and refreshes the preview.
     void reallyChangeGlyphSize(int size);
-    /// The second half of the glyph-size handler, for a glyph set that is already measured at
-    /// the project's size: the automatic line height and space width, then the preview.
-    void applyAutomaticMetrics();
-    /// Redraws every glyph and packs once with the project's packing settings.
-    void redrawAndPack();
+    /// Makes the text the project's character set as the character-set field does (the space is
+    /// always part of it): the glyph set is rebuilt, measured and packed once.
+    void applyCharacters(const QString& text);
 
     /// Position of the family member closest to an upright regular face of normal width (the
     /// first such when several are as close); 0 for an empty list.

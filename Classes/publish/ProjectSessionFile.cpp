@@ -26,7 +26,9 @@ bool ProjectSession::open(const QString& path, QString* error)
     // path is a URL without scheme). A failure shows only as the family being unknown.
     if (loaded.loadedFontName() && !loaded.loadedFontPath().isEmpty()) {
         const QUrl url(loaded.loadedFontPath());
-        const QString file = url.isLocalFile() ? url.toLocalFile() : url.scheme().isEmpty() ? url.path() : QString();
+        const QString file = url.isLocalFile()        ? url.toLocalFile()
+                             : url.scheme().isEmpty() ? url.path()
+                                                      : QString();
         if (!file.isEmpty())
             FontManager::registerFontsForFile(file);
     }
@@ -45,20 +47,17 @@ bool ProjectSession::open(const QString& path, QString* error)
     const int spaceWidth = m_state.spaceWidth();
 
     // The glyphs come from the character set; each then takes back its own stored settings.
+    // Choosing the project's family applies the glyph size again, which measures and packs the
+    // set; a line height or space width set by hand (1 or more) is then put back.
+    applyCharacters(m_state.textGlyph());
     m_state.setBlockredrawandpack(true);
-    QString characters = m_state.textGlyph();
-    if (!characters.contains(u' '))
-        characters.prepend(u' ');
-    m_state.setTextGlyph(characters);
     for (const CGGlyphBitmap& record : project.glyphs)
         m_view.resetGlyphParam(record);
     // Glyph records do not keep the miter limit: the project's applies to every glyph, as the
     // panel's miter-limit field does when it shows the loaded project.
     m_view.setMiterLimit(m_state.miterlimit());
     m_state.setBlockredrawandpack(false);
-    redrawAndPack();
-
-    applyAutomaticMetrics();
+    reallyChangeGlyphSize(m_state.glyphSize());
     if (lineHeight >= 1)
         m_state.setLineHeight(lineHeight);
     if (spaceWidth >= 1)

@@ -1,6 +1,7 @@
 // The quillmark program's commands end to end, as a separate process without any display:
 // exit statuses, messages, and files that public BMFont parsers read back.
 
+#include "Platform/text/Font.h"
 #include "tests/support/TestSupport.h"
 
 #include <QDir>
@@ -8,6 +9,7 @@
 #include <QImage>
 #include <QJsonArray>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -237,4 +239,63 @@ TEST(QuillmarkProgram, PublishStatusesForRefusedFailedAndUnreadableProjects)
     }
     EXPECT_EQ(quillmark({"publish", dir.filePath("missing.quillmark")}).status, 1);
     EXPECT_EQ(quillmark({"publish"}).status, 2);
+}
+
+TEST(QuillmarkProgram, CharactersFromBlocksAndQuickSetsWithTheFontsKerning)
+{
+    QTemporaryDir dir;
+    const Outcome run = quillmark({"generate", "--font", "DejaVu Sans", "--size", "20", "--block",
+                                   "GREEKANDCOPTIC", "--set", "ascii", "--out", dir.filePath("g/font")});
+    ASSERT_EQ(run.status, 0) << qPrintable(run.err);
+    QString error;
+    const QJsonObject font = test::readWithBMFontParser(dir.filePath("g/font.fnt"), &error);
+    ASSERT_TRUE(error.isEmpty()) << qPrintable(error);
+
+    // Every code of both sets that the font covers gets a glyph, plus the space; no other.
+    const Font dejaVu = Font::fromName(QStringLiteral("DejaVu Sans"), 20);
+    QSet<int> expected{0x20};
+    for (int c = 0x21; c <= 0x7E; ++c)
+        expected.insert(c);
+    for (int c = 0x370; c <= 0x3FF; ++c)
+        if (dejaVu.coversCharacter(char32_t(c)))
+            expected.insert(c);
+    QSet<int> written;
+    for (const QJsonValue& v : font.value(QStringLiteral("chars")).toArray())
+        written.insert(v.toObject().value(QStringLiteral("id")).toInt());
+    EXPECT_EQ(written, expected);
+
+    // DejaVu Sans kerns "AV"; every pair written joins two glyphs of the set.
+    const QJsonArray kernings = font.value(QStringLiteral("kernings")).toArray();
+    ASSERT_FALSE(kernings.isEmpty());
+    bool av = false;
+    for (const QJsonValue& v : kernings) {
+        const QJsonObject k = v.toObject();
+        const int first = k.value(QStringLiteral("first")).toInt(),
+                  second = k.value(QStringLiteral("second")).toInt();
+        EXPECT_TRUE(written.contains(first) && written.contains(second)) << first << " " << second;
+        av = av || (first == 'A' && second == 'V' && k.value(QStringLiteral("amount")).toInt() < 0);
+    }
+    EXPECT_TRUE(av);
+}
+
+TEST(QuillmarkProgram, FontsMarkKerningAndBlocksListTheTable)
+{
+    const Outcome fonts = quillmark({"fonts", "--search", "DEJAVU SANS"});
+    ASSERT_EQ(fonts.status, 0) << qPrintable(fonts.err);
+    const QStringList lines = fonts.out.split('\n', Qt::SkipEmptyParts);
+    EXPECT_TRUE(lines.contains("DejaVu Sans\tkerning")) << qPrintable(fonts.out);
+    for (const QString& line : lines)
+        EXPECT_TRUE(line.startsWith("DejaVu Sans")) << qPrintable(line);
+
+    const Outcome blocks = quillmark({"blocks"});
+    ASSERT_EQ(blocks.status, 0);
+    const QStringList rows = blocks.out.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(rows.size(), 101);
+    EXPECT_EQ(rows.first().simplified(), "basicLatin 0021-007F");
+    EXPECT_EQ(rows.last().simplified(), "specials FFF0-FFFF");
+
+    QTemporaryDir dir;
+    const Outcome unknown = quillmark({"generate", "--block", "klingon", "--out", dir.filePath("x/f")});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_TRUE(unknown.err.contains("unknown block 'klingon'")) << qPrintable(unknown.err);
 }

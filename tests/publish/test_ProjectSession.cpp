@@ -101,7 +101,7 @@ TEST(ProjectSessionFaces, RegularMemberIsUprightNormalWidthNearestToRegularWeigh
     EXPECT_EQ(ProjectSession::regularMember(family), 3);
     EXPECT_EQ(ProjectSession::regularMember({}), 0);
 
-    // DejaVu Sans lists lighter and condensed members first; the regular face is "Book".
+    // DejaVu Sans has lighter, condensed and slanted members; its regular face is "Book".
     const QList<FontMember> dejaVu = FontManager::availableMembersOfFontFamily(QStringLiteral("DejaVu Sans"));
     ASSERT_FALSE(dejaVu.isEmpty());
     EXPECT_EQ(dejaVu[ProjectSession::regularMember(dejaVu)].styleName, QStringLiteral("Book"));
