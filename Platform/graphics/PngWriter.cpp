@@ -42,7 +42,7 @@ bool encode(const QImage& rgba, QIODevice* device)
                  PNG_COLOR_TYPE_RGB_ALPHA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
     png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
-    png_set_compression_level(png, 6);
+    png_set_compression_level(png, 4);
     png_write_info(png, info);
     for (int y = 0; y < rgba.height(); ++y)
         png_write_row(png, rgba.constScanLine(y));
