@@ -299,3 +299,34 @@ TEST(QuillmarkProgram, FontsMarkKerningAndBlocksListTheTable)
     EXPECT_EQ(unknown.status, 2);
     EXPECT_TRUE(unknown.err.contains("unknown block 'klingon'")) << qPrintable(unknown.err);
 }
+
+TEST(QuillmarkProgram, FaceByStyleNameOrByFontFile)
+{
+    QTemporaryDir dir;
+    const auto glyphWidth = [&](const QStringList& fontOptions, const QString& name) {
+        const Outcome run = quillmark(QStringList{"generate", "--size", "40", "--chars", "l", "--no-outline",
+                                                  "--out", dir.filePath(name + "/f")} +
+                                      fontOptions);
+        EXPECT_EQ(run.status, 0) << qPrintable(run.err);
+        QString error;
+        const QJsonObject font = test::readWithBMFontParser(dir.filePath(name + "/f.fnt"), &error);
+        for (const QJsonValue& v : font.value(QStringLiteral("chars")).toArray())
+            if (v.toObject().value(QStringLiteral("id")).toInt() == 'l')
+                return v.toObject().value(QStringLiteral("width")).toInt();
+        return -1;
+    };
+    const int book = glyphWidth({"--font", "DejaVu Sans"}, "book");
+    const int bold = glyphWidth({"--font", "DejaVu Sans", "--face", "bold"}, "bold");
+    const QString boldFile = Font::fromName(QStringLiteral("DejaVuSans-Bold"), 40).filePath();
+    ASSERT_FALSE(boldFile.isEmpty());
+    const int fromFile = glyphWidth({"--font", boldFile}, "file");
+    EXPECT_GT(book, 0);
+    EXPECT_GT(bold, book);
+    EXPECT_EQ(fromFile, bold);
+
+    const Outcome noFace =
+        quillmark({"generate", "--font", "DejaVu Sans", "--face", "Wide", "--out", dir.filePath("x/f")});
+    EXPECT_EQ(noFace.status, 2);
+    EXPECT_TRUE(noFace.err.contains("no face 'Wide'") && noFace.err.contains("Book"))
+        << qPrintable(noFace.err);
+}
