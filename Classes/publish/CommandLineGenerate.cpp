@@ -263,6 +263,126 @@ struct Output
     QString saveAs;
 };
 
+/// The font of a generate run: the family, the font file it came from (if any) and the face.
+struct ChosenFont
+{
+    QString family;
+    QString file;
+    QList<FontMember> members;
+    int face = 0;
+};
+
+/// Resolves --font and --face. A file is registered for this process and gives its own face;
+/// a name must resolve to an installed family, whose regular face serves unless --face names
+/// another (the project default `trait` 1 would be some other member, e.g. a light or italic
+/// one). Answers an error message and sets `status`, or an empty text.
+QString chooseFont(const QString& fontArgument, const QString& faceArgument, ChosenFont* chosen, int* status)
+{
+    *status = CommandLine::Failed;
+    if (QFileInfo(fontArgument).isFile()) {
+        chosen->file = QFileInfo(fontArgument).canonicalFilePath();
+        if (!FontManager::registerFontsForFile(chosen->file))
+            return QStringLiteral("'%1' is no font file that can be read").arg(fontArgument);
+        chosen->family = Font::fromFile(chosen->file, 12).familyName();
+    } else {
+        chosen->family = FontManager::resolveFamily(fontArgument);
+        if (chosen->family.isEmpty())
+            return QStringLiteral("unknown font '%1' (quillmark fonts lists the families)").arg(fontArgument);
+    }
+    chosen->members = FontManager::availableMembersOfFontFamily(chosen->family);
+    const QList<FontMember>& members = chosen->members;
+    if (members.isEmpty())
+        return QStringLiteral("font family '%1' has no usable faces").arg(chosen->family);
+    chosen->face = ProjectSession::regularMember(members);
+    for (int i = 0; i < members.size() && !chosen->file.isEmpty(); ++i)
+        if (QFileInfo(members[i].filePath).canonicalFilePath() == chosen->file && members[i].faceIndex == 0)
+            chosen->face = i;
+    if (faceArgument.isEmpty())
+        return {};
+    const auto index = parseInt(faceArgument, 0, int(members.size()) - 1);
+    chosen->face = index.value_or(-1);
+    for (int i = 0; i < members.size() && !index; ++i)
+        if (members[i].styleName.compare(faceArgument, Qt::CaseInsensitive) == 0)
+            chosen->face = i;
+    if (chosen->face >= 0)
+        return {};
+    QStringList styles;
+    for (const FontMember& m : members)
+        styles.append(m.styleName);
+    *status = CommandLine::Usage;
+    return QStringLiteral("family '%1' has no face '%2' (faces: %3)")
+        .arg(chosen->family, faceArgument, styles.join(QStringLiteral(", ")));
+}
+
+/// Builds the project in the session from the wanted settings, as a new window applies its
+/// controls. The style is set while the glyph set is still empty, with redrawing suspended;
+/// the characters, the face and the glyph size then each measure and pack the set once.
+void buildProject(ProjectSession& session, const sharedAppState& wanted, const ChosenFont& font,
+                  const QString& characters)
+{
+    sharedAppState& s = session.state();
+    s.setBlockredrawandpack(true);
+    session.chooseFamily(font.family, !font.file.isEmpty());
+    if (!font.file.isEmpty())
+        s.setLoadedFontPath(font.file);
+    s.setGlyphSize(wanted.glyphSize());
+    s.setAntiAlias(wanted.antialias());
+    s.setGradiant(wanted.gradiantAngle(), wanted.colorGradient());
+    s.setRadialX(wanted.gradialX(), wanted.gradialY());
+    s.setTextureName(wanted.textureName());
+    s.setGlossy(wanted.glossy());
+    s.setFillMode(wanted.fillGMode(), wanted.glyphColor(), Gradient());
+    s.setStrokeInfo(wanted.stroke(), wanted.strokeSize(), wanted.strokeColor(), wanted.strokehowmode());
+    s.setmStrokeMode(wanted.strokeMode());
+    s.setStrokeGradiant(wanted.strokegradiantAngle(), wanted.strokeGradient());
+    s.updatemiterlimit(wanted.miterlimit());
+    s.setShadowInfo(wanted.shadow(), wanted.shadowXOffset(), wanted.shadowYOffset(),
+                    wanted.shadowBlurRadius(), wanted.shadowhowmode());
+    s.setShadowColor(wanted.shadowColor());
+    s.setNewBoundingPadding(wanted.boundingPadding());
+    s.setXadvancedOffset(wanted.xadvancedOffset());
+    s.updatefixedadvance(wanted.fixedadvance(), wanted.fixedadvancevalue());
+    s.postOffsetChanged(wanted.postXOffset(), wanted.postYOffset());
+    s.setKernings(wanted.kernings());
+    s.setPower2(wanted.power2());
+    s.setAutoSize(wanted.autoSize());
+    if (!wanted.autoSize())
+        s.setTextureSize(wanted.width(), wanted.height());
+    s.gridSizeChanged(wanted.gridWidth(), wanted.gridHeight());
+    s.gridAutoChanged(wanted.gridAuto());
+    s.setPackingOptions(wanted.paddingSize(), wanted.paddingMethod(), wanted.packingReversed(),
+                        wanted.grid());
+    s.setFontFormat(wanted.fontFormat());
+    s.setBlockredrawandpack(false);
+    session.applyCharacters(characters);
+    // The face goes to the glyphs that exist, so it comes after the characters.
+    s.setBlockredrawandpack(true);
+    s.setFontweight(font.members[font.face].weight);
+    s.setGlyphTrait(font.face);
+    s.setBlockredrawandpack(false);
+    session.reallyChangeGlyphSize(wanted.glyphSize());
+}
+
+/// One target per scale, each writing texture and descriptor.
+PublishTargets targetsFor(const Output& output, int formatCode)
+{
+    PublishTargets targets;
+    for (qsizetype i = 0; i < output.scales.size(); ++i) {
+        PublishTarget t;
+        t.mainname = QString::number(output.scales[i]) + QLatin1Char('%');
+        t.path = output.directory;
+        t.file = output.file;
+        t.suffix = output.suffixes[i];
+        t.fontface = output.faceName;
+        t.scale = format("%.4f", {double(output.scales[i])});
+        t.quality = output.quality;
+        t.format = formatCode;
+        t.redraw = output.redraw;
+        targets.insert(t.mainname, t);
+    }
+    return targets;
+}
+
 } // namespace
 
 int CommandLine::runGenerate(const QStringList& args)
@@ -676,129 +796,38 @@ int CommandLine::runGenerate(const QStringList& args)
         for (qsizetype i = 0; i < output.scales.size(); ++i)
             output.suffixes.append(i == 0 ? QString() : QLatin1Char('-') + QString::number(output.scales[i]));
     }
-    if (output.suffixes.toList().removeDuplicates() > 0)
+    if (QStringList(output.suffixes).removeDuplicates() > 0)
         return usage(QStringLiteral("two scales would write the same files; give each its own suffix"));
 
     if (!wanted.textureName().isEmpty() && !QImageReader(wanted.textureName()).canRead())
         return fail(command, QStringLiteral("cannot read the texture picture '%1'").arg(wanted.textureName()),
                     Failed);
 
-    // The font: a file is registered for this process; a name must resolve to an installed family.
-    QString family;
-    QString fontFile;
-    if (QFileInfo(fontArgument).isFile()) {
-        fontFile = QFileInfo(fontArgument).canonicalFilePath();
-        if (!FontManager::registerFontsForFile(fontFile))
-            return fail(command, QStringLiteral("'%1' is no font file that can be read").arg(fontArgument),
-                        Failed);
-        family = Font::fromFile(fontFile, wanted.glyphSize()).familyName();
-    } else {
-        family = FontManager::resolveFamily(fontArgument);
-        if (family.isEmpty())
-            return fail(
-                command,
-                QStringLiteral("unknown font '%1' (quillmark fonts lists the families)").arg(fontArgument),
-                Failed);
-    }
-    const QList<FontMember> members = FontManager::availableMembersOfFontFamily(family);
-    if (members.isEmpty())
-        return fail(command, QStringLiteral("font family '%1' has no usable faces").arg(family), Failed);
-    int face = ProjectSession::regularMember(members);
-    if (!fontFile.isEmpty()) {
-        for (int i = 0; i < members.size(); ++i)
-            if (QFileInfo(members[i].filePath).canonicalFilePath() == fontFile && members[i].faceIndex == 0)
-                face = i;
-    }
-    if (!faceArgument.isEmpty()) {
-        const auto index = parseInt(faceArgument, 0, int(members.size()) - 1);
-        face = -1;
-        for (int i = 0; i < members.size() && !index; ++i)
-            if (members[i].styleName.compare(faceArgument, Qt::CaseInsensitive) == 0)
-                face = i;
-        if (index)
-            face = *index;
-        if (face < 0) {
-            QStringList styles;
-            for (const FontMember& m : members)
-                styles.append(m.styleName);
-            return usage(QStringLiteral("family '%1' has no face '%2' (faces: %3)")
-                             .arg(family, faceArgument, styles.join(QStringLiteral(", "))));
-        }
-    }
+    ChosenFont font;
+    int status = Ok;
+    if (const QString error = chooseFont(fontArgument, faceArgument, &font, &status); !error.isEmpty())
+        return fail(command, error, status);
 
     if (!charactersGiven) {
         const CodeRange ascii = UnicodeRanges::quickSet(1);
         characters = UnicodeRanges::codesText(ascii.start, ascii.end);
     }
+    if (fillMode)
+        wanted.setFillGMode(*fillMode);
+    wanted.setShadow(shadowGiven);
 
     CommandLineController controller(m_out, m_err);
     ProjectSession session(&controller);
     sharedAppState& s = session.state();
-
-    // The style is set while the glyph set is still empty, with redrawing suspended; the
-    // characters, the face and the glyph size then each measure and pack the set once.
-    s.setBlockredrawandpack(true);
-    session.chooseFamily(family, !fontFile.isEmpty());
-    if (!fontFile.isEmpty())
-        s.setLoadedFontPath(fontFile);
-    s.setGlyphSize(wanted.glyphSize());
-    s.setAntiAlias(wanted.antialias());
-    s.setGradiant(wanted.gradiantAngle(), wanted.colorGradient());
-    s.setRadialX(wanted.gradialX(), wanted.gradialY());
-    s.setTextureName(wanted.textureName());
-    s.setGlossy(wanted.glossy());
-    s.setFillMode(fillMode.value_or(wanted.fillGMode()), wanted.glyphColor(), Gradient());
-    s.setStrokeInfo(wanted.stroke(), wanted.strokeSize(), wanted.strokeColor(), wanted.strokehowmode());
-    s.setmStrokeMode(wanted.strokeMode());
-    s.setStrokeGradiant(wanted.strokegradiantAngle(), wanted.strokeGradient());
-    s.updatemiterlimit(wanted.miterlimit());
-    s.setShadowInfo(shadowGiven, wanted.shadowXOffset(), wanted.shadowYOffset(), wanted.shadowBlurRadius(),
-                    wanted.shadowhowmode());
-    s.setShadowColor(wanted.shadowColor());
-    s.setNewBoundingPadding(wanted.boundingPadding());
-    s.setXadvancedOffset(wanted.xadvancedOffset());
-    s.updatefixedadvance(wanted.fixedadvance(), wanted.fixedadvancevalue());
-    s.postOffsetChanged(wanted.postXOffset(), wanted.postYOffset());
-    s.setKernings(wanted.kernings());
-    s.setPower2(wanted.power2());
-    s.setAutoSize(wanted.autoSize());
-    if (!wanted.autoSize())
-        s.setTextureSize(wanted.width(), wanted.height());
-    s.gridSizeChanged(wanted.gridWidth(), wanted.gridHeight());
-    s.gridAutoChanged(wanted.gridAuto());
-    s.setPackingOptions(wanted.paddingSize(), wanted.paddingMethod(), wanted.packingReversed(),
-                        wanted.grid());
-    s.setFontFormat(wanted.fontFormat());
-    s.setBlockredrawandpack(false);
-    session.applyCharacters(characters);
-    // The face goes to the glyphs that exist, so it comes after the characters.
-    s.setBlockredrawandpack(true);
-    s.setFontweight(members[face].weight);
-    s.setGlyphTrait(face);
-    s.setBlockredrawandpack(false);
-    session.reallyChangeGlyphSize(wanted.glyphSize());
+    buildProject(session, wanted, font, characters);
     if (lineHeight)
         s.setLineHeight(*lineHeight);
     if (spaceWidth)
         s.setSpaceWidth(*spaceWidth);
-
-    PublishTargets targets;
-    for (qsizetype i = 0; i < output.scales.size(); ++i) {
-        PublishTarget t;
-        t.mainname = QString::number(output.scales[i]) + QLatin1Char('%');
-        t.path = output.directory;
-        t.file = output.file;
-        t.suffix = output.suffixes[i];
-        t.fontface = output.faceName;
-        t.scale = format("%.4f", {double(output.scales[i])});
-        t.quality = output.quality;
-        t.format = s.fontFormat();
-        t.redraw = output.redraw;
-        targets.insert(t.mainname, t);
-    }
+    PublishTargets targets = targetsFor(output, s.fontFormat());
     s.setTargetsPublish(targets);
 
-    const int status = publish(session, {}, command);
+    status = publish(session, {}, command);
     if (!output.saveAs.isEmpty()) {
         const QString saved = QFileInfo(output.saveAs).absoluteFilePath();
         const QDir projectDir = QFileInfo(saved).absoluteDir();
