@@ -313,8 +313,8 @@ TEST(PublishRunFiles, PngIsWrittenWholeOrNotAtAll)
     EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("null.png"))));
     EXPECT_FALSE(PublishRun::writePngFile(image, dir.filePath(QStringLiteral("missing/a.png"))));
 
-    ASSERT_TRUE(
-        PublishRun::writeTextFile(QStringLiteral("face=\"Ünïcode\"\n"), dir.filePath(QStringLiteral("d.fnt"))));
+    ASSERT_TRUE(PublishRun::writeTextFile(QStringLiteral("face=\"Ünïcode\"\n"),
+                                          dir.filePath(QStringLiteral("d.fnt"))));
     QFile text(dir.filePath(QStringLiteral("d.fnt")));
     ASSERT_TRUE(text.open(QIODevice::ReadOnly));
     EXPECT_EQ(text.readAll(), QByteArray("face=\"\xC3\x9Cn\xC3\xAF"
