@@ -51,6 +51,10 @@ GlyphEditorPanel::GlyphEditorPanel(QWidget* parent) : QWidget(parent)
     m_geHeight = new QLabel(this);
     m_geHeight->setObjectName(QStringLiteral("geHeight"));
     m_geHeight->setToolTip(tr("Measured height of the glyph's bitmap"));
+    // Room for any size, so the height caption does not move when the sizes are cleared.
+    const int sizeWidth = fontMetrics().horizontalAdvance(QStringLiteral("000 px"));
+    m_geWidth->setMinimumWidth(sizeWidth);
+    m_geHeight->setMinimumWidth(sizeWidth);
 
     m_gexOffset =
         makeField(QStringLiteral("gexOffset"), tr("Pixels added to the glyph's x offset in the descriptor"));

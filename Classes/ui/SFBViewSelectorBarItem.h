@@ -21,6 +21,10 @@ public:
     void setImage(const QIcon& image);
 
     QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     QString m_identifier;
