@@ -35,6 +35,8 @@ ColorPanel::ColorPanel()
     m_dialog->setOptions(QColorDialog::NoButtons | QColorDialog::ShowAlphaChannel |
                          QColorDialog::DontUseNativeDialog);
     m_dialog->setModal(false);
+    // The control that opened the panel keeps the keyboard (the arrow keys of a gradient editor).
+    m_dialog->setAttribute(Qt::WA_ShowWithoutActivating);
     connect(m_dialog, &QColorDialog::currentColorChanged, this, &ColorPanel::deliver);
     connect(m_dialog, &QDialog::finished, this, &ColorPanel::willClose);
 }
@@ -73,12 +75,10 @@ Color ColorPanel::color() const
 
 void ColorPanel::orderFront()
 {
-    if (m_dialog->isVisible()) {
+    if (m_dialog->isVisible())
         m_dialog->raise();
-        m_dialog->activateWindow();
-    } else {
+    else
         m_dialog->show(); // a window being shown comes up in front
-    }
 }
 
 bool ColorPanel::isVisible() const

@@ -263,6 +263,26 @@ TEST(GradientEditorEvents, DoubleClickOnAKnobEditsItsColourInTheSharedPanel)
     EXPECT_FALSE(panel->isVisible());
 }
 
+TEST(GradientEditorEvents, OverlappingKnobsGoToTheHighestIndex)
+{
+    Coordinator tc;
+    Editor e(tagged({0.2, 0.5, 0.53}));
+    e.w.setTC(&tc);
+    QTest::mousePress(&e.w, Qt::LeftButton, {}, at(0.515));
+    EXPECT_EQ(e.w._draggingKnobAtIndex(), 2);
+    QTest::mouseRelease(&e.w, Qt::LeftButton, {}, at(0.515));
+    EXPECT_EQ(e.w._draggingKnobAtIndex(), -1);
+    // A double click opens every knob it hits in turn; the last one stays edited.
+    e.doubleClick(at(0.515));
+    EXPECT_EQ(e.w._editingKnobAtIndex(), 2);
+    EXPECT_EQ(tc.calls.count(QStringLiteral("deactivateallEditing")), 2);
+    // The knob centre is at (49, 14.5): (60, 25) is within 16 points, (62, 25) is not.
+    e.doubleClick(QPoint(60, 25));
+    EXPECT_EQ(e.w._editingKnobAtIndex(), 0);
+    e.doubleClick(QPoint(62, 25));
+    EXPECT_EQ(e.w.gradient().numberOfColorStops(), 4);
+}
+
 TEST(GradientEditorEvents, AnEqualGradientNeitherReplacesNorRepaints)
 {
     Editor e;
