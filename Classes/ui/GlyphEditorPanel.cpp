@@ -114,6 +114,13 @@ GlyphEditorPanel::GlyphEditorPanel(QWidget* parent) : QWidget(parent)
     deactivateGlyphEditor();
 }
 
+GlyphEditorPanel::~GlyphEditorPanel()
+{
+    // A field with the focus finishes editing as the children go, after this panel is gone.
+    for (QLineEdit* field : {m_gexOffset, m_geyOffset, m_gexAdvance})
+        field->disconnect(this);
+}
+
 QLineEdit* GlyphEditorPanel::makeField(const QString& name, const QString& toolTip)
 {
     auto* field = new QLineEdit(this);

@@ -24,6 +24,7 @@ class GlyphEditorPanel : public QWidget
     Q_OBJECT
 public:
     explicit GlyphEditorPanel(QWidget* parent = nullptr);
+    ~GlyphEditorPanel() override;
 
     /// The project settings the edits go through (not owned); may be null.
     sharedAppState* state() const { return m_state; }
