@@ -287,7 +287,8 @@ void gradientEditor::changeKnobColor(const Color& color)
 {
     if (m_TC && m_TC->deactivategradientWells())
         deactivateEditing();
-    if (m_editingKnobAtIndex < 0)
+    // A stop opened for editing before the editor was locked keeps its colour too.
+    if (m_editingKnobAtIndex < 0 || !m_editable)
         return;
     _setColor(color, m_editingKnobAtIndex);
     informTarget();

@@ -28,7 +28,7 @@ public:
     const Gradient& gradient() const { return m_gradient; }
     /// Takes the gradient and repaints; does nothing for a gradient equal to the current one.
     void setGradient(const Gradient& gradient);
-    /// Mouse and key editing allowed.
+    /// Mouse, key and colour-dialog editing allowed.
     bool editable() const { return m_editable; }
     void setEditable(bool editable) { m_editable = editable; }
     /// Height of the bar; 0 or less means the full widget height.
