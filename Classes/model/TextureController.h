@@ -50,6 +50,16 @@ public:
         (void)title;
         return {};
     }
+
+    // The document window.
+    /// Every panel shows the settings again (after a project was opened into the window).
+    virtual void reloadInterfaceParamters() {}
+    /// The window's title ("Quillmark - %@" with the project file's name).
+    virtual void setDocumentTitle(const QString& title) { (void)title; }
+    /// The file goes to the recent documents.
+    virtual void noteRecentDocument(const QString& path) { (void)path; }
+    /// Opens a project file in a new document window (after Save As Copy).
+    virtual void openInNewWindow(const QString& path) { (void)path; }
 };
 
 } // namespace qm
