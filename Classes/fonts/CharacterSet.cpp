@@ -66,10 +66,14 @@ void CharacterSet::allLettersChanged()
     if (!m_allLetters.contains(u' '))
         m_allLetters.prepend(u' ');
     // One rebuild for the whole text: the glyphs are added unrendered and unpacked, then
-    // rendered and packed together.
+    // rendered and packed together. A caller that holds the block itself (opening a project)
+    // renders and packs once it lifts it.
+    const bool callerBlocks = m_state.blockredrawandpack();
     m_state.setBlockredrawandpack(true);
     m_state.setTextGlyph(m_allLetters);
-    m_state.setBlockredrawandpack(false);
+    m_state.setBlockredrawandpack(callerBlocks);
+    if (callerBlocks)
+        return;
     m_view.redrawAllGlyphs();
     m_view.Packing(m_state.paddingSize(), m_state.paddingMethod(), m_state.packingReversed(), m_state.grid());
     m_view.updatePreview(m_state.previewTextString());

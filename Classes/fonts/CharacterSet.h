@@ -54,7 +54,8 @@ public:
     /// Applies the character-set field to the project: a space is put in front when the text has
     /// none (the space glyph is always part of the set); `textGlyph` is replaced with redraws
     /// and packing suspended; then the set is redrawn and packed once and the preview refreshed
-    /// with the project's preview text.
+    /// with the project's preview text. While the caller holds `blockredrawandpack`, only
+    /// `textGlyph` and the glyph set change; the caller redraws and packs.
     void allLettersChanged();
     /// Resets the character set to a single space and applies it.
     void refreshDefaultLettersClicker();

@@ -1,9 +1,8 @@
 #include "Classes/publish/CommandLine.h"
 
-#include "Classes/fonts/FontList.h"
 #include "Classes/fonts/UnicodeRanges.h"
+#include "Classes/model/ProjectDocument.h"
 #include "Classes/publish/CommandLineController.h"
-#include "Classes/publish/ProjectSession.h"
 #include "Classes/publish/PublishRun.h"
 
 #include <QTextStream>
@@ -122,11 +121,9 @@ int CommandLine::runFonts(const QStringList& args)
             return fail(QStringLiteral("fonts"), QStringLiteral("unknown argument '%1'").arg(args[i]), Usage);
     }
     // The font list of a window that nobody sees: its search and its kerning marks.
-    TextureController silent;
-    ProjectSession session(&silent);
-    FontList list(session.state(), session.view(), silent);
-    list.searchFieldChanged(search);
-    for (const FontRow& row : list.fontArray())
+    ProjectDocument document;
+    document.fontList().searchFieldChanged(search);
+    for (const FontRow& row : document.fontList().fontArray())
         m_out << row.familyName << (row.hasKerning ? "\tkerning" : "") << '\n';
     return Ok;
 }
@@ -185,11 +182,13 @@ int CommandLine::runInfo(const QStringList& args)
     if (const QString error = projectArguments(args, &project, nullptr); !error.isEmpty())
         return fail(command, error + QStringLiteral(" (see quillmark info --help)"), Usage);
     CommandLineController controller(m_out, m_err);
-    ProjectSession session(&controller);
+    ProjectDocument document(&controller);
+    // A project is published in the font it was made with, or not at all.
+    document.setRefusesMissingFonts(true);
     QString error;
-    if (!session.open(project, &error))
+    if (!document.openfileproject(project, &error))
         return fail(command, error, Failed);
-    printInfo(session);
+    printInfo(document);
     return Ok;
 }
 
@@ -205,11 +204,13 @@ int CommandLine::runPublish(const QStringList& args)
     if (const QString error = projectArguments(args, &project, &targets); !error.isEmpty())
         return fail(command, error + QStringLiteral(" (see quillmark publish --help)"), Usage);
     CommandLineController controller(m_out, m_err);
-    ProjectSession session(&controller);
+    ProjectDocument document(&controller);
+    // A project is published in the font it was made with, or not at all.
+    document.setRefusesMissingFonts(true);
     QString error;
-    if (!session.open(project, &error))
+    if (!document.openfileproject(project, &error))
         return fail(command, error, Failed);
-    const PublishTargets& stored = session.state().targetsPublish();
+    const PublishTargets& stored = document.state().targetsPublish();
     if (stored.isEmpty())
         return fail(command, QStringLiteral("project '%1' has no publish targets").arg(project), Failed);
     for (const QString& name : targets)
@@ -218,12 +219,12 @@ int CommandLine::runPublish(const QStringList& args)
                         QStringLiteral("project '%1' has no target '%2' (its targets: %3)")
                             .arg(project, name, stored.keys().join(QStringLiteral(", "))),
                         Usage);
-    return publish(session, targets, command);
+    return publish(document, targets, command);
 }
 
-int CommandLine::publish(ProjectSession& session, const QStringList& targetNames, const QString& command)
+int CommandLine::publish(ProjectDocument& document, const QStringList& targetNames, const QString& command)
 {
-    PublishRun run(session.state(), session.view(), session.controller());
+    PublishRun run(document.state(), document.view(), document.controller());
     run.setTargetNames(targetNames);
     if (m_showProgress) {
         run.setProgressHandler([this](int done, int total) {

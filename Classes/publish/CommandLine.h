@@ -7,7 +7,7 @@ class QTextStream;
 
 namespace qm {
 
-class ProjectSession;
+class ProjectDocument;
 struct PublishResult;
 
 /// The headless commands of the quillmark program (publish, generate, fonts, blocks, info).
@@ -43,9 +43,9 @@ private:
     int runInfo(const QStringList& args);
 
     /// Runs the project's publish targets (or the named ones) and turns the result into a status.
-    int publish(ProjectSession& session, const QStringList& targetNames, const QString& command);
+    int publish(ProjectDocument& document, const QStringList& targetNames, const QString& command);
     /// The settings, glyphs and targets of an open project, as the info command shows them.
-    void printInfo(ProjectSession& session);
+    void printInfo(ProjectDocument& document);
     /// Writes "quillmark <command>: <message>" to the error stream and answers `status`.
     int fail(const QString& command, const QString& message, int status);
 

@@ -5,8 +5,8 @@
 
 #include "Classes/fonts/UnicodeRanges.h"
 #include "Classes/model/Format.h"
+#include "Classes/model/ProjectDocument.h"
 #include "Classes/publish/CommandLineController.h"
-#include "Classes/publish/ProjectSession.h"
 #include "Platform/text/Font.h"
 #include "Platform/text/FontManager.h"
 
@@ -293,7 +293,7 @@ QString chooseFont(const QString& fontArgument, const QString& faceArgument, Cho
     const QList<FontMember>& members = chosen->members;
     if (members.isEmpty())
         return QStringLiteral("font family '%1' has no usable faces").arg(chosen->family);
-    chosen->face = ProjectSession::regularMember(members);
+    chosen->face = ProjectDocument::regularMember(members);
     for (int i = 0; i < members.size() && !chosen->file.isEmpty(); ++i)
         if (QFileInfo(members[i].filePath).canonicalFilePath() == chosen->file && members[i].faceIndex == 0)
             chosen->face = i;
@@ -314,15 +314,15 @@ QString chooseFont(const QString& fontArgument, const QString& faceArgument, Cho
         .arg(chosen->family, faceArgument, styles.join(QStringLiteral(", ")));
 }
 
-/// Builds the project in the session from the wanted settings, as a new window applies its
+/// Builds the project in the document from the wanted settings, as a new window applies its
 /// controls. The style is set while the glyph set is still empty, with redrawing suspended;
 /// the characters, the face and the glyph size then each measure and pack the set once.
-void buildProject(ProjectSession& session, const sharedAppState& wanted, const ChosenFont& font,
+void buildProject(ProjectDocument& document, const sharedAppState& wanted, const ChosenFont& font,
                   const QString& characters)
 {
-    sharedAppState& s = session.state();
+    sharedAppState& s = document.state();
     s.setBlockredrawandpack(true);
-    session.chooseFamily(font.family, !font.file.isEmpty());
+    document.chooseFamily(font.family, !font.file.isEmpty());
     if (!font.file.isEmpty())
         s.setLoadedFontPath(font.file);
     s.setGlyphSize(wanted.glyphSize());
@@ -354,13 +354,13 @@ void buildProject(ProjectSession& session, const sharedAppState& wanted, const C
                         wanted.grid());
     s.setFontFormat(wanted.fontFormat());
     s.setBlockredrawandpack(false);
-    session.applyCharacters(characters);
+    document.applyCharacters(characters);
     // The face goes to the glyphs that exist, so it comes after the characters.
     s.setBlockredrawandpack(true);
     s.setFontweight(font.members[font.face].weight);
     s.setGlyphTrait(font.face);
     s.setBlockredrawandpack(false);
-    session.reallyChangeGlyphSize(wanted.glyphSize());
+    document.reallyChangeGlyphSize(wanted.glyphSize());
 }
 
 /// One target per scale, each writing texture and descriptor.
@@ -817,9 +817,9 @@ int CommandLine::runGenerate(const QStringList& args)
     wanted.setShadow(shadowGiven);
 
     CommandLineController controller(m_out, m_err);
-    ProjectSession session(&controller);
-    sharedAppState& s = session.state();
-    buildProject(session, wanted, font, characters);
+    ProjectDocument document(&controller);
+    sharedAppState& s = document.state();
+    buildProject(document, wanted, font, characters);
     if (lineHeight)
         s.setLineHeight(*lineHeight);
     if (spaceWidth)
@@ -827,7 +827,7 @@ int CommandLine::runGenerate(const QStringList& args)
     PublishTargets targets = targetsFor(output, s.fontFormat());
     s.setTargetsPublish(targets);
 
-    status = publish(session, {}, command);
+    status = publish(document, {}, command);
     if (!output.saveAs.isEmpty()) {
         const QString saved = QFileInfo(output.saveAs).absoluteFilePath();
         const QDir projectDir = QFileInfo(saved).absoluteDir();
@@ -837,7 +837,7 @@ int CommandLine::runGenerate(const QStringList& args)
                                                                    : projectDir.relativeFilePath(t.path);
         s.setTargetsPublish(targets);
         QString error;
-        if (!session.save(saved, &error))
+        if (!document.writeProjectFile(saved, &error))
             return fail(command, error, Failed);
     }
     return status;

@@ -2,7 +2,7 @@
 
 #include "Classes/publish/CommandLine.h"
 
-#include "Classes/publish/ProjectSession.h"
+#include "Classes/model/ProjectDocument.h"
 #include "Classes/publish/PublishRun.h"
 #include "Platform/text/FontManager.h"
 
@@ -89,9 +89,9 @@ QString shadowText(const sharedAppState& s)
 
 } // namespace
 
-void CommandLine::printInfo(ProjectSession& session)
+void CommandLine::printInfo(ProjectDocument& document)
 {
-    const sharedAppState& s = session.state();
+    const sharedAppState& s = document.state();
     const QList<FontMember> members = FontManager::availableMembersOfFontFamily(s.fontName());
     const QString face = s.trait() >= 0 && s.trait() < members.size()
                              ? members[s.trait()].styleName
@@ -105,7 +105,7 @@ void CommandLine::printInfo(ProjectSession& session)
     o << "font        " << s.fontName() << ", " << face << ", " << s.glyphSize() << " px"
       << (s.loadedFontName() ? QStringLiteral(" (from %1)").arg(s.loadedFontPath()) : QString())
       << (s.antialias() ? "" : ", no anti-aliasing") << '\n';
-    o << "characters  " << session.glyphCount() << " glyphs, " << session.placedGlyphCount()
+    o << "characters  " << document.glyphCount() << " glyphs, " << document.placedGlyphCount()
       << " placed on a " << s.width() << " x " << s.height() << " texture"
       << (s.autoSize() ? " (automatic size)" : "") << '\n';
     o << "fill        " << fillText(s) << '\n';
@@ -123,7 +123,7 @@ void CommandLine::printInfo(ProjectSession& session)
       << (s.power2() ? ", powers of two" : "") << '\n';
     const PublishTargets& targets = s.targetsPublish();
     o << "targets     " << targets.size() << '\n';
-    PublishRun run(session.state(), session.view(), nullptr);
+    PublishRun run(document.state(), document.view(), nullptr);
     for (const PublishTarget& t : targets) {
         const PublishFiles files = run.filesOf(t);
         QStringList writes;

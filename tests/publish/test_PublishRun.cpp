@@ -1,7 +1,7 @@
 // The publish run: the target check and its alerts, the files each target writes, the scaled
 // redraw and the project being the same afterwards, per-file failures.
 
-#include "Classes/publish/ProjectSession.h"
+#include "Classes/model/ProjectDocument.h"
 #include "Classes/publish/PublishRun.h"
 #include "Classes/render/CAGlyphLayer.h"
 #include "tests/publish/RecordingController.h"
@@ -77,7 +77,7 @@ class PublishRunTest : public ::testing::Test
 {
 protected:
     ObservingController controller;
-    ProjectSession session{&controller};
+    ProjectDocument session{&controller};
     sharedAppState& state = session.state();
     QTemporaryDir dir;
 
