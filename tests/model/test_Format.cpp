@@ -8,8 +8,7 @@ using namespace qm;
 
 TEST(Format, ObjectPlaceholdersTakeStringsAndNumbers)
 {
-    EXPECT_EQ(format("%@/%@%@.png", {QStringLiteral("out"), "font", "@2x"}),
-              QStringLiteral("out/font@2x.png"));
+    EXPECT_EQ(format("%@/%@%@.png", {QStringLiteral("out"), "font", "@2x"}), QStringLiteral("out/font@2x.png"));
     EXPECT_EQ(format("%@/%i%@.png", {"out", 65, "@2x"}), QStringLiteral("out/65@2x.png"));
     EXPECT_EQ(format("id='%@'", {char16_t(u'A')}), QStringLiteral("id='A'"));
     EXPECT_EQ(format("100%% of %@", {"it"}), QStringLiteral("100% of it"));

@@ -24,10 +24,7 @@ public:
     void setAntiAlias(bool on) override { log("setAntiAlias", on); }
     void setMiterLimit(int v) override { log("setMiterLimit", v); }
     void setGlyphTrait(int v) override { log("setGlyphTrait", v); }
-    void glyphShadow(bool on, float x, float y, float r, int how) override
-    {
-        log("glyphShadow", on, x, y, r, how);
-    }
+    void glyphShadow(bool on, float x, float y, float r, int how) override { log("glyphShadow", on, x, y, r, how); }
     void shadowColorChanged(const Color& c) override { log("shadowColorChanged", c.alphaComponent()); }
     void setBoundingPadding(int v) override { log("setBoundingPadding", v); }
     void glyphStroke(bool on, float size, const Color& c, int how) override
@@ -38,10 +35,7 @@ public:
     void glyphGlossy(bool on) override { log("glyphGlossy", on); }
     void setRadialX(float x, float y) override { log("setRadialX", x, y); }
     void setGradiant(int a, const Gradient& g) override { log("setGradiant", a, g.numberOfColorStops()); }
-    void setStrokeGradiant(int a, const Gradient& g) override
-    {
-        log("setStrokeGradiant", a, g.numberOfColorStops());
-    }
+    void setStrokeGradiant(int a, const Gradient& g) override { log("setStrokeGradiant", a, g.numberOfColorStops()); }
     void setGlyphTexture() override { log("setGlyphTexture"); }
     void updateFillGlyph(int mode, const Color& c, const Gradient& g) override
     {
@@ -67,10 +61,7 @@ public:
     }
     void updatePreviewPos() override { log("updatePreviewPos"); }
     void updateGlyph(char16_t c, int x, int y, int a) override { log("updateGlyph", int(c), x, y, a); }
-    void updateGlyphImage(char16_t c, bool custom, bool fit) override
-    {
-        log("updateGlyphImage", int(c), custom, fit);
-    }
+    void updateGlyphImage(char16_t c, bool custom, bool fit) override { log("updateGlyphImage", int(c), custom, fit); }
     CAGlyphLayer* getCAGlyphLayer(char16_t c) const override
     {
         lookups.append(int(c));
@@ -98,10 +89,7 @@ public:
     QStringList calls;
     void updateWarningMessage(const QString& m) override { calls.append(QStringLiteral("warning:") + m); }
     void updateClickedGlyph(const QString& t) override { calls.append(QStringLiteral("clicked:") + t); }
-    void showGlyphDetails(CAGlyphLayer* l) override
-    {
-        calls.append(l ? QStringLiteral("details") : QStringLiteral("no details"));
-    }
+    void showGlyphDetails(CAGlyphLayer* l) override { calls.append(l ? QStringLiteral("details") : QStringLiteral("no details")); }
 };
 
 struct Wired
@@ -174,75 +162,39 @@ TEST(SettingsForwarding, InformingSettersMarkChangedAndForward)
     const Gradient threeStops({{Color::red(), 0}, {Color::white(), 0.5}, {Color::black(), 1}});
     const QList<Row> rows = {
         {"setAntiAlias", [](auto& s) { s.setAntiAlias(false); }, true, {"setAntiAlias no"}},
-        {"setCheckerBoard",
-         [](auto& s) { s.setCheckerBoard(false); },
-         true,
-         {"updateCheckerboardAndColor no 1"}},
-        {"setBackgroundColor",
-         [](auto& s) { s.setBackgroundColor(Color::deviceRGB(0.5, 0, 0)); },
-         true,
+        {"setCheckerBoard", [](auto& s) { s.setCheckerBoard(false); }, true, {"updateCheckerboardAndColor no 1"}},
+        {"setBackgroundColor", [](auto& s) { s.setBackgroundColor(Color::deviceRGB(0.5, 0, 0)); }, true,
          {"updateCheckerboardAndColor yes 0.5"}},
-        {"setPackingOptions",
-         [](auto& s) { s.setPackingOptions(4, 5, false, true); },
-         true,
+        {"setPackingOptions", [](auto& s) { s.setPackingOptions(4, 5, false, true); }, true,
          {"Packing 4 5 no yes"}},
         {"gridChanged", [](auto& s) { s.gridChanged(true); }, false, {"setGlyphGrid yes"}},
-        {"gridSizeChanged",
-         [](auto& s) { s.gridSizeChanged(40, 30); },
-         false,
-         {"setGlyphGridSize 40 30 yes"}},
+        {"gridSizeChanged", [](auto& s) { s.gridSizeChanged(40, 30); }, false, {"setGlyphGridSize 40 30 yes"}},
         {"gridAutoChanged", [](auto& s) { s.gridAutoChanged(false); }, false, {"setGlyphGridSize 0 0 no"}},
         {"postOffsetChanged", [](auto& s) { s.postOffsetChanged(3, 4); }, false, {"updatePreviewPos"}},
         {"setGlyphSize", [](auto& s) { s.setGlyphSize(64); }, true, {"changeAllGlyphsSize 64"}},
         {"setGlyphTrait", [](auto& s) { s.setGlyphTrait(2); }, true, {"setGlyphTrait 2"}},
-        {"setShadowInfo",
-         [](auto& s) { s.setShadowInfo(true, 3, -4, 5, 1); },
-         true,
-         {"glyphShadow yes 3 -4 5 1"}},
-        {"setStrokeInfo",
-         [](auto& s) { s.setStrokeInfo(true, 2.5f, Color::red(), 2); },
-         true,
+        {"setShadowInfo", [](auto& s) { s.setShadowInfo(true, 3, -4, 5, 1); }, true, {"glyphShadow yes 3 -4 5 1"}},
+        {"setStrokeInfo", [](auto& s) { s.setStrokeInfo(true, 2.5f, Color::red(), 2); }, true,
          {"glyphStroke yes 2.5 1 2"}},
         {"setRadialX", [](auto& s) { s.setRadialX(0.5f, -0.5f); }, true, {"setRadialX 0.5 -0.5"}},
         {"setShadowColor", [](auto& s) { s.setShadowColor(Color::red()); }, false, {"shadowColorChanged 1"}},
         {"setGlossy", [](auto& s) { s.setGlossy(true); }, true, {"glyphGlossy yes"}},
         {"setGradiant", [&](auto& s) { s.setGradiant(45, threeStops); }, true, {"setGradiant 45 3"}},
-        {"setStrokeGradiant",
-         [&](auto& s) { s.setStrokeGradiant(90, threeStops); },
-         true,
-         {"setStrokeGradiant 90 3"}},
+        {"setStrokeGradiant", [&](auto& s) { s.setStrokeGradiant(90, threeStops); }, true, {"setStrokeGradiant 90 3"}},
         {"forcefontface", [](auto& s) { s.forcefontface(QStringLiteral("Face")); }, true, {}},
-        {"setTextGlyph",
-         [](auto& s) { s.setTextGlyph(QStringLiteral("ab")); },
-         true,
-         {"refreshGlyphLetters ab"}},
-        {"setFillMode",
-         [&](auto& s) { s.setFillMode(1, Color::red(), threeStops); },
-         true,
+        {"setTextGlyph", [](auto& s) { s.setTextGlyph(QStringLiteral("ab")); }, true, {"refreshGlyphLetters ab"}},
+        {"setFillMode", [&](auto& s) { s.setFillMode(1, Color::red(), threeStops); }, true,
          {"updateFillGlyph 1 1 no"}}, // the gradient argument is never passed on
         {"setmStrokeMode", [](auto& s) { s.setmStrokeMode(1); }, true, {"updateStrokeMode 1"}},
-        {"setFontName",
-         [](auto& s) { s.setFontName(QStringLiteral("DejaVu Sans")); },
-         true,
+        {"setFontName", [](auto& s) { s.setFontName(QStringLiteral("DejaVu Sans")); }, true,
          {"setGlyphFont DejaVu Sans"}},
-        {"LoadFontName",
-         [](auto& s) { s.LoadFontName(QStringLiteral("Mine")); },
-         true,
-         {"setGlyphFont Mine"}},
-        {"setTextureName",
-         [](auto& s) { s.setTextureName(QStringLiteral("t.png")); },
-         true,
-         {"setGlyphTexture"}},
-        {"setNewBoundingPadding",
-         [](auto& s) { s.setNewBoundingPadding(3); },
-         true,
-         {"setBoundingPadding 3"}},
+        {"LoadFontName", [](auto& s) { s.LoadFontName(QStringLiteral("Mine")); }, true, {"setGlyphFont Mine"}},
+        {"setTextureName", [](auto& s) { s.setTextureName(QStringLiteral("t.png")); }, true, {"setGlyphTexture"}},
+        {"setNewBoundingPadding", [](auto& s) { s.setNewBoundingPadding(3); }, true, {"setBoundingPadding 3"}},
         {"updatemiterlimit", [](auto& s) { s.updatemiterlimit(4); }, true, {"setMiterLimit 4"}},
         {"updatefixedadvance", [](auto& s) { s.updatefixedadvance(true, 30); }, true, {}},
         {"updateGlyph", [](auto& s) { s.updateGlyph(u'A', 1, 2, 3); }, true, {"updateGlyph 65 1 2 3"}},
-        {"updateGlyphImage",
-         [](auto& s) { s.updateGlyphImage(u'B', true, false); },
-         true,
+        {"updateGlyphImage", [](auto& s) { s.updateGlyphImage(u'B', true, false); }, true,
          {"updateGlyphImage 66 yes no"}},
         {"setLineHeight outside preview", [](auto& s) { s.setLineHeight(70); }, true, {}},
         {"scaleCustomImage", [](auto& s) { s.scaleCustomImage(0.5f); }, false, {"scaleCustomImage 0.5"}},
@@ -267,8 +219,7 @@ TEST(SettingsForwarding, StoredValuesAndConversions)
     w.state.setTextureSize(300.9, 200.2);
     EXPECT_EQ(w.state.width(), 300);
     EXPECT_EQ(w.state.height(), 200);
-    EXPECT_EQ(w.view.calls, (QStringList{"setFrameSize 300 200", "updateCheckerboardAndColor yes 1",
-                                         "Packing 2 3 yes no"}));
+    EXPECT_EQ(w.view.calls, (QStringList{"setFrameSize 300 200", "updateCheckerboardAndColor yes 1", "Packing 2 3 yes no"}));
 
     w.state.setFillMode(1, Color::calibratedRGB(0.2, 0.4, 0.6), Gradient());
     EXPECT_EQ(w.state.glyphColor().space(), Color::Space::DeviceRGB);
@@ -305,12 +256,10 @@ TEST(SettingsRelays, ControllerTexts)
     w.state.canfitall(true);
     w.state.updatelastclickedglyph(u'\u00E9', QStringLiteral("(WxH: 20x30)"));
     w.state.showGlyphDetails(nullptr);
-    EXPECT_EQ(
-        w.controller.calls,
-        (QStringList{
-            "warning:Warning! Can't fit all letters, please reduce the 'glyph size' or the letters count.",
-            "warning:", QString::fromUtf8("clicked:Last clicked: \u00E9 - 233 (0xE9) (WxH: 20x30)"),
-            "no details"}));
+    EXPECT_EQ(w.controller.calls,
+              (QStringList{"warning:Warning! Can't fit all letters, please reduce the 'glyph size' or the letters count.",
+                           "warning:", QString::fromUtf8("clicked:Last clicked: \u00E9 - 233 (0xE9) (WxH: 20x30)"),
+                           "no details"}));
     EXPECT_EQ(w.state.getCAGlyphLayer(u'Z'), nullptr);
     EXPECT_EQ(w.view.lookups, QList<int>{90});
     EXPECT_FALSE(w.state.configchanged());
