@@ -98,7 +98,9 @@ bool ProjectArchive::writeFile(const QString& path, const sharedAppState& settin
         return false;
     }
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
+    // Unbuffered, so that a write the disk cuts short shows in write()'s count: buffered, Qt
+    // (6.4) committed a file cut at the size limit over the previous one.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         setError(error, QStringLiteral("%1: %2").arg(path, file.errorString()));
         return false;
     }
