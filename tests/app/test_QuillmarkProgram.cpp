@@ -3,6 +3,7 @@
 
 #include "Platform/text/Font.h"
 #include "tests/support/TestSupport.h"
+#include "tests/support/TinyFont.h"
 
 #include <QDir>
 #include <QFile>
@@ -329,4 +330,28 @@ TEST(QuillmarkProgram, FaceByStyleNameOrByFontFile)
     EXPECT_EQ(noFace.status, 2);
     EXPECT_TRUE(noFace.err.contains("no face 'Wide'") && noFace.err.contains("Book"))
         << qPrintable(noFace.err);
+}
+
+TEST(QuillmarkProgram, PublishRefusesAProjectWhoseFontIsGone)
+{
+    // Made from a font file that is then deleted: the family is not installed anywhere, so the
+    // project is not published in a stand-in font.
+    QTemporaryDir dir;
+    test::TinyFontOptions options;
+    options.family = QStringLiteral("Quillmark Vanishing");
+    options.postScriptName = QStringLiteral("QuillmarkVanishing-Regular");
+    options.glyphs = test::defaultTinyGlyphs();
+    const QString fontFile = dir.filePath(QStringLiteral("vanishing.ttf"));
+    ASSERT_TRUE(test::writeTinyFont(fontFile, options));
+    const Outcome made = quillmark(
+        {"generate", "--font", fontFile, "--chars", "AV", "--out", "out/font", "--save", "p.quillmark"},
+        dir.path());
+    ASSERT_EQ(made.status, 0) << qPrintable(made.err);
+    ASSERT_TRUE(QFile::remove(fontFile));
+    ASSERT_TRUE(QDir(dir.filePath("out")).removeRecursively());
+
+    const Outcome gone = quillmark({"publish", dir.filePath("p.quillmark")});
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_TRUE(gone.err.contains("'Quillmark Vanishing', which is not installed")) << qPrintable(gone.err);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("out")));
 }
