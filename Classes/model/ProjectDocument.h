@@ -91,8 +91,15 @@ public:
     /// the problem in `error` (when given), when it cannot be read as a project: the document is
     /// then unchanged (the file was still noted as a recent document). A project whose family is
     /// not installed gets the missing-font alert and "Arial", unless refusesMissingFonts() is
-    /// set: then it is refused like an unreadable file. The panels are told to show the result
-    /// (reloadInterfaceParamters()) once it is complete.
+    /// set: then it is refused like an unreadable file.
+    ///
+    /// The loaded settings replace the project's (in the same object) with the upgrades for
+    /// older files; the glyph set is rebuilt from the project's characters, takes every stored
+    /// glyph record, and is rendered and packed once. The preview stays shown if it was. A line
+    /// height or space width of 1 or more in the file survives; re-applying the line height marks
+    /// the project changed, otherwise it counts as unchanged. The glyph editor is told to let go
+    /// of its glyph first (showGlyphDetails(nullptr)); the title and the panels
+    /// (reloadInterfaceParamters()) are refreshed once the project is complete.
     bool openfileproject(const QString& path, QString* error = nullptr);
     /// Refuse projects whose font family is not installed instead of falling back to "Arial":
     /// the command line must not publish a project in a font it was not designed with.

@@ -30,7 +30,7 @@ bool ProjectDocument::openfileproject(const QString& path, QString* error)
 {
     const bool wasInPreview = m_state.isinpreviewmode();
     // Noted before reading, so a file that then fails is listed too.
-    m_controller->noteRecentDocument(path);
+    m_controller->noteRecentDocument(QFileInfo(path).absoluteFilePath());
 
     ProjectData project;
     QString reason;
@@ -61,6 +61,7 @@ bool ProjectDocument::openfileproject(const QString& path, QString* error)
     m_state.setTxtView(&m_view);
     m_state.setTxtCont(m_controller);
     m_state.setBlockredrawandpack(true);
+    m_controller->showGlyphDetails(nullptr); // the glyph editor must let go of its glyph first
     m_view.refreshGlyphLetters(QString());
 
     // The file's line height and space width: showing the project chooses its family, which
