@@ -62,6 +62,13 @@ const char* const kBlocksUsage =
 
 CommandLine::CommandLine(QTextStream& out, QTextStream& err) : m_out(out), m_err(err) {}
 
+bool CommandLine::isCommand(const QString& first)
+{
+    static const QStringList commands{QStringLiteral("publish"), QStringLiteral("generate"), QStringLiteral("fonts"),
+                                      QStringLiteral("blocks"), QStringLiteral("info"), QStringLiteral("preview")};
+    return commands.contains(first) || first.startsWith(QLatin1Char('-'));
+}
+
 QString CommandLine::versionText()
 {
     return QStringLiteral("quillmark " QUILLMARK_VERSION);

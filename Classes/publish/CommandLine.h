@@ -34,6 +34,9 @@ public:
 
     /// The program's version text ("quillmark 0.1.0").
     static QString versionText();
+    /// True when the program's first argument asks for the command line rather than the desktop
+    /// program: a command name or an option.
+    static bool isCommand(const QString& firstArgument);
 
 private:
     int runPublish(const QStringList& args);
