@@ -1,5 +1,7 @@
 #include "Classes/publish/CommandLine.h"
 
+#include <QFileInfo>
+
 #include "Classes/fonts/FontList.h"
 #include "Classes/fonts/UnicodeRanges.h"
 #include "Classes/publish/CommandLineController.h"
@@ -64,9 +66,9 @@ CommandLine::CommandLine(QTextStream& out, QTextStream& err) : m_out(out), m_err
 
 bool CommandLine::isCommand(const QString& first)
 {
-    static const QStringList commands{QStringLiteral("publish"), QStringLiteral("generate"), QStringLiteral("fonts"),
-                                      QStringLiteral("blocks"), QStringLiteral("info"), QStringLiteral("preview")};
-    return commands.contains(first) || first.startsWith(QLatin1Char('-'));
+    if (first.startsWith(QLatin1Char('-')))
+        return true;
+    return !(first.endsWith(QLatin1String(".quillmark")) || QFileInfo(first).isFile());
 }
 
 QString CommandLine::versionText()
