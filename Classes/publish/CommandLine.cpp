@@ -5,6 +5,7 @@
 #include "Classes/publish/CommandLineController.h"
 #include "Classes/publish/PublishRun.h"
 
+#include <QFileInfo>
 #include <QTextStream>
 
 namespace qm {
@@ -60,6 +61,13 @@ const char* const kBlocksUsage =
 } // namespace
 
 CommandLine::CommandLine(QTextStream& out, QTextStream& err) : m_out(out), m_err(err) {}
+
+bool CommandLine::isCommand(const QString& first)
+{
+    if (first.startsWith(QLatin1Char('-')))
+        return true;
+    return !(first.endsWith(QLatin1String(".quillmark")) || QFileInfo(first).isFile());
+}
 
 QString CommandLine::versionText()
 {

@@ -34,6 +34,11 @@ public:
 
     /// The program's version text ("quillmark 0.1.0").
     static QString versionText();
+    /// True when the program's first argument asks for the command line rather than the desktop
+    /// program. The desktop takes project files (an existing file, or a name ending in
+    /// ".quillmark"); everything else, unknown words included, goes to the command line, which
+    /// says what is wrong with it.
+    static bool isCommand(const QString& firstArgument);
 
 private:
     int runPublish(const QStringList& args);

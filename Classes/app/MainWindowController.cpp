@@ -1,0 +1,362 @@
+#include "Classes/app/MainWindowController.h"
+
+#include "Classes/app/TopMenuController.h"
+#include "Classes/atlas/TextureView.h"
+#include "Classes/model/ProjectDocument.h"
+#include "Classes/model/sharedAppState.h"
+#include "Classes/ui/CanvasWidget.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QFileInfo>
+#include <QButtonGroup>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QImageWriter>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QToolButton>
+
+namespace qm {
+
+namespace {
+
+QString filterFor(const QStringList& extensions)
+{
+    QStringList globs;
+    for (const QString& e : extensions)
+        globs.append(QStringLiteral("*.") + e);
+    if (extensions == QStringList{QStringLiteral("quillmark")})
+        return QObject::tr("Quillmark projects (*.quillmark)");
+    return QObject::tr("Files (%1)").arg(globs.join(QLatin1Char(' ')));
+}
+
+} // namespace
+
+MainWindowController::Prompts& MainWindowController::testPrompts()
+{
+    static Prompts prompts;
+    return prompts;
+}
+
+MainWindowController::MainWindowController(TopMenuController* app, const QString& file, QWidget* parent)
+    : QMainWindow(parent), m_app(app), m_loadfile(file), m_document(std::make_unique<ProjectDocument>(this))
+{
+    setObjectName(QStringLiteral("MainWindow"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(tr("Quillmark - Untitled[*]"));
+    createActions();
+    createMenus();
+    createToolBar();
+    createCentre();
+    statusBar()->setObjectName(QStringLiteral("statusBar"));
+    m_warningMessage = new QLabel(this);
+    m_warningMessage->setObjectName(QStringLiteral("warningMessage"));
+    m_warningMessage->setStyleSheet(QStringLiteral("color: #c62828; font-weight: bold;"));
+    m_lastclickedglyph = new QLabel(this);
+    m_lastclickedglyph->setObjectName(QStringLiteral("lastclickedglyph"));
+    statusBar()->addWidget(m_lastclickedglyph, 1);
+    statusBar()->addPermanentWidget(m_warningMessage);
+    resize(1200, 800);
+
+    // The window reflects unsaved changes as they happen anywhere in the core.
+    auto* watch = new QTimer(this);
+    connect(watch, &QTimer::timeout, this, [this] {
+        setWindowModified(m_document->state().configchanged());
+        updateMenus();
+    });
+    watch->start(250);
+}
+
+MainWindowController::~MainWindowController() = default;
+
+QAction* MainWindowController::action(const QString& objectName) const
+{
+    return findChild<QAction*>(objectName);
+}
+
+void MainWindowController::createActions()
+{
+    auto make = [this](const char* name, const QString& text, QKeySequence shortcut, auto slot) {
+        auto* a = new QAction(text, this);
+        a->setObjectName(QLatin1String(name));
+        if (!shortcut.isEmpty())
+            a->setShortcut(shortcut);
+        connect(a, &QAction::triggered, this, slot);
+        return a;
+    };
+    make("actionNew", tr("&New"), QKeySequence::New, [this] { m_app->FileNew(); });
+    make("actionOpen", tr("&Open…"), QKeySequence::Open, [this] { m_app->FileOpen(); });
+    make("actionClose", tr("&Close"), QKeySequence::Close, [this] { close(); });
+    make("actionPrint", tr("&Print…"), QKeySequence::Print, [this] { m_app->print(); });
+    make("actionQuit", tr("&Quit"), QKeySequence::Quit, [] { QApplication::closeAllWindows(); });
+    make("actionSelectAll", tr("Select &All Glyphs"), QKeySequence::SelectAll,
+         [this] { m_document->view().selectAll(); });
+    make("actionSelectNone", tr("&Invert Selection"), QKeySequence(tr("Ctrl+Shift+A")),
+         [this] { m_document->view().selectNone(); });
+    make("actionDeleteSelected", tr("&Remove Selected Glyphs"), QKeySequence(),
+         [this] { m_document->view().removeSelectedLayers(); });
+    make("actionZoomIn", tr("Zoom &In"), QKeySequence::ZoomIn, [this] { m_canvas->zoomIn(); });
+    make("actionZoomOut", tr("Zoom &Out"), QKeySequence::ZoomOut, [this] { m_canvas->zoomOut(); });
+    make("actionActualSize", tr("&Actual Size"), QKeySequence(tr("Ctrl+0")), [this] { m_canvas->setZoom(1.0); });
+    make("actionZoomToFit", tr("Zoom to &Fit"), QKeySequence(tr("Ctrl+9")),
+         [this] { m_canvas->zoomToFit(m_canvasScroll->viewport()->size()); });
+    make("actionSavePreviewPng", tr("Save Preview as &PNG…"), QKeySequence(), [this] { savePreviewPngClicked(); });
+    make("actionHelp", tr("Quillmark &Help"), QKeySequence::HelpContents, [this] { m_app->showHelp(); });
+}
+
+void MainWindowController::createMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->setObjectName(QStringLiteral("menuFile"));
+    file->addAction(action(QStringLiteral("actionNew")));
+    file->addAction(action(QStringLiteral("actionOpen")));
+    QMenu* recent = file->addMenu(tr("Open &Recent"));
+    recent->setObjectName(QStringLiteral("menuOpenRecent"));
+    connect(recent, &QMenu::aboutToShow, this, [this, recent] { m_app->fillRecentMenu(recent); });
+    file->addSeparator();
+    file->addAction(action(QStringLiteral("actionClose")));
+    file->addSeparator();
+    file->addAction(action(QStringLiteral("actionSavePreviewPng")));
+    file->addAction(action(QStringLiteral("actionPrint")));
+    file->addSeparator();
+    file->addAction(action(QStringLiteral("actionQuit")));
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    edit->setObjectName(QStringLiteral("menuEdit"));
+    edit->addAction(action(QStringLiteral("actionSelectAll")));
+    edit->addAction(action(QStringLiteral("actionSelectNone")));
+    edit->addAction(action(QStringLiteral("actionDeleteSelected")));
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->setObjectName(QStringLiteral("menuView"));
+    view->addAction(action(QStringLiteral("actionZoomIn")));
+    view->addAction(action(QStringLiteral("actionZoomOut")));
+    view->addAction(action(QStringLiteral("actionActualSize")));
+    view->addAction(action(QStringLiteral("actionZoomToFit")));
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->setObjectName(QStringLiteral("menuHelp"));
+    help->addAction(action(QStringLiteral("actionHelp")));
+}
+
+void MainWindowController::createToolBar()
+{
+    QToolBar* bar = addToolBar(tr("Canvas"));
+    bar->setObjectName(QStringLiteral("canvasToolBar"));
+    bar->setMovable(false);
+
+    auto* texture = new QToolButton(bar);
+    texture->setObjectName(QStringLiteral("showTexture"));
+    texture->setText(tr("Texture"));
+    texture->setCheckable(true);
+    texture->setChecked(true);
+    auto* preview = new QToolButton(bar);
+    preview->setObjectName(QStringLiteral("showPreview"));
+    preview->setText(tr("Preview"));
+    preview->setCheckable(true);
+    m_previewOrTexture = new QButtonGroup(this);
+    m_previewOrTexture->setObjectName(QStringLiteral("previewOrTexture2"));
+    m_previewOrTexture->addButton(texture, 0);
+    m_previewOrTexture->addButton(preview, 1);
+    connect(m_previewOrTexture, &QButtonGroup::idClicked, this, [this](int id) { previewOrTextureChanged(id == 1); });
+    bar->addWidget(texture);
+    bar->addWidget(preview);
+    bar->addSeparator();
+
+    m_previewText = new QLineEdit(bar);
+    m_previewText->setObjectName(QStringLiteral("previewText"));
+    m_previewText->setPlaceholderText(tr("Preview text (\\n for a new line)"));
+    m_previewText->setToolTip(tr("Sample text laid out with the glyphs; write \\n for a line break"));
+    m_previewText->setText(QStringLiteral("Preview\\nText"));
+    m_previewText->setMinimumWidth(220);
+    connect(m_previewText, &QLineEdit::textEdited, this, [this] {
+        m_document->state().setPreviewTextString(m_previewText->text());
+        updatePreview();
+    });
+    bar->addWidget(m_previewText);
+
+    m_previewBackground = new QComboBox(bar);
+    m_previewBackground->setObjectName(QStringLiteral("previewBackground"));
+    m_previewBackground->setToolTip(tr("Screen size of the preview background"));
+    const struct
+    {
+        int tag;
+        const char* title;
+    } sizes[] = {{1, "320 × 480"},   {2, "640 × 960"},   {3, "640 × 1136"},  {4, "768 × 1024"},
+                 {5, "1536 × 2048"}, {6, "750 × 1334"}, {7, "1242 × 2208"}};
+    for (const auto& s : sizes)
+        m_previewBackground->addItem(QString::fromUtf8(s.title), s.tag);
+    connect(m_previewBackground, &QComboBox::activated, this, [this] {
+        const int tag = m_previewBackground->currentData().toInt();
+        m_document->view().loadpreviewbgSizeAndColor(TextureView::previewBackgroundSize(tag),
+                                                     m_document->state().prevBgColor());
+    });
+    bar->addWidget(m_previewBackground);
+    bar->addSeparator();
+    bar->addAction(action(QStringLiteral("actionZoomOut")));
+    bar->addAction(action(QStringLiteral("actionZoomIn")));
+    bar->addAction(action(QStringLiteral("actionActualSize")));
+    bar->addAction(action(QStringLiteral("actionZoomToFit")));
+}
+
+void MainWindowController::createCentre()
+{
+    m_canvas = new CanvasWidget(&m_document->view());
+    m_canvasScroll = new QScrollArea(this);
+    m_canvasScroll->setObjectName(QStringLiteral("canvasScroll"));
+    m_canvasScroll->setWidget(m_canvas);
+    m_canvasScroll->setWidgetResizable(false);
+    m_canvasScroll->setAlignment(Qt::AlignCenter);
+    m_canvasScroll->setBackgroundRole(QPalette::Dark);
+    setCentralWidget(m_canvasScroll);
+}
+
+void MainWindowController::updateMenus()
+{
+    const bool preview = m_document->view().showsPreview();
+    action(QStringLiteral("actionSavePreviewPng"))->setEnabled(preview);
+    action(QStringLiteral("actionDeleteSelected"))->setEnabled(!preview);
+}
+
+void MainWindowController::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    activateWindow();
+    raise();
+}
+
+void MainWindowController::closeEvent(QCloseEvent* event)
+{
+    event->accept();
+}
+
+void MainWindowController::previewOrTextureChanged(bool preview)
+{
+    TransactionScope transaction;
+    Transaction::setDisableActions(true);
+    sharedAppState& state = m_document->state();
+    TextureView& view = m_document->view();
+    if (preview) {
+        view.switchToPreview();
+        updatePreview();
+        state.setIsinpreviewmode(true);
+    } else {
+        view.switchToTexture();
+        updatePreview();
+        state.setIsinpreviewmode(false);
+        view.updateCheckerboardAndColor(state.checkerBoard(), state.bgColor());
+        view.Packing(state.paddingSize(), state.paddingMethod(), state.packingReversed(), state.grid());
+    }
+    m_previewOrTexture->button(preview ? 1 : 0)->setChecked(true);
+    if (preview)
+        QTimer::singleShot(0, this, [this] {
+            // The preview canvas is large: show its middle, where the text is laid out.
+            m_canvasScroll->ensureVisible(m_canvas->width() / 2, m_canvas->height() / 2,
+                                          m_canvasScroll->viewport()->width() / 2,
+                                          m_canvasScroll->viewport()->height() / 2);
+        });
+    updateMenus();
+}
+
+void MainWindowController::updatePreview()
+{
+    m_document->view().updatePreview(m_previewText->text());
+}
+
+void MainWindowController::savePreviewPngClicked()
+{
+    const QString path = chooseFileToSave(tr("Save Preview"), {QStringLiteral("png")});
+    if (path.isEmpty())
+        return;
+    const QImage image = m_document->view().getPreviewImg();
+    if (image.isNull() || !QImageWriter(path, "png").write(image))
+        runAlert(tr("Save Preview"), tr("The preview could not be saved to '%1'.").arg(path), {tr("Ok")});
+}
+
+void MainWindowController::updateWarningMessage(const QString& message)
+{
+    m_warningMessage->setText(message);
+}
+
+void MainWindowController::updateClickedGlyph(const QString& text)
+{
+    m_lastclickedglyph->setText(text);
+}
+
+void MainWindowController::showGlyphDetails(CAGlyphLayer*) {}
+
+int MainWindowController::runAlert(const QString& message, const QString& informativeText, const QStringList& buttons)
+{
+    if (testPrompts().alert)
+        return testPrompts().alert(message, buttons);
+    QMessageBox box(this);
+    box.setWindowModality(Qt::WindowModal);
+    box.setText(message);
+    box.setInformativeText(informativeText);
+    QList<QPushButton*> added;
+    for (const QString& title : buttons)
+        added.append(box.addButton(title, QMessageBox::ActionRole));
+    if (!added.isEmpty())
+        box.setDefaultButton(added.first());
+    box.exec();
+    const int index = int(added.indexOf(static_cast<QPushButton*>(box.clickedButton())));
+    return index < 0 ? 0 : index;
+}
+
+void MainWindowController::appendPublishLog(const QString&) {}
+
+QString MainWindowController::chooseFileToOpen(const QString& title, const QStringList& extensions)
+{
+    if (testPrompts().file)
+        return testPrompts().file(title, extensions, false);
+    return QFileDialog::getOpenFileName(this, title, QString(), filterFor(extensions));
+}
+
+QString MainWindowController::chooseFileToSave(const QString& title, const QStringList& extensions)
+{
+    if (testPrompts().file)
+        return testPrompts().file(title, extensions, true);
+    QString path = QFileDialog::getSaveFileName(this, title, QString(), filterFor(extensions));
+    if (!path.isEmpty() && !extensions.isEmpty() && !extensions.contains(QFileInfo(path).suffix()))
+        path += QLatin1Char('.') + extensions.first();
+    return path;
+}
+
+QString MainWindowController::chooseDirectory(const QString& title)
+{
+    if (testPrompts().directory)
+        return testPrompts().directory(title);
+    return QFileDialog::getExistingDirectory(this, title);
+}
+
+void MainWindowController::reloadInterfaceParamters() {}
+
+void MainWindowController::setDocumentTitle(const QString& title)
+{
+    setWindowTitle(title + QStringLiteral("[*]"));
+}
+
+void MainWindowController::noteRecentDocument(const QString& path)
+{
+    m_app->noteRecentDocument(path);
+}
+
+void MainWindowController::openInNewWindow(const QString& path)
+{
+    m_app->openFile(path);
+}
+
+} // namespace qm
