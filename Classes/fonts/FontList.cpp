@@ -31,6 +31,8 @@ void FontList::setUp()
     reloadFontTableView();
 }
 
+FontList* FontList::s_loadingList = nullptr;
+
 bool FontList::familyHasKernings(const QString& family)
 {
     auto cached = m_kerningCache.constFind(family);
@@ -163,9 +165,11 @@ void FontList::loadFontClicked()
         m_controller.chooseFileToOpen(QString(), {QStringLiteral("ttf"), QStringLiteral("otf")});
     if (path.isEmpty())
         return;
-    // Observers hear of the new fonts during the registration: the list grows and its last row
-    // is chosen before the flags below are set.
+    // Observers hear of the new fonts during the registration: every window's list grows, and
+    // this one (only) chooses its last row, before the flags below are set.
+    s_loadingList = this;
     FontManager::registerFontsForFile(path);
+    s_loadingList = nullptr;
     m_state.setLoadedFontName(true);
     m_state.setLoadedFontPath(path);
     m_state.setConfigchanged(true);
@@ -175,7 +179,10 @@ void FontList::fontsChanged()
 {
     m_kerningCache.clear();
     reloadFontTableView();
-    autoSelLastFont();
+    // A font loaded in one window becomes that window's font; the others only list it, so no
+    // other project changes behind its user's back.
+    if (s_loadingList == this)
+        autoSelLastFont();
 }
 
 void FontList::refreshPreview()

@@ -118,6 +118,8 @@ private:
     int m_selectedTraitTag = 0;
     QHash<QString, bool> m_kerningCache;
     int m_observerId = 0;
+    /// The list whose loadFontClicked() is registering a font file right now.
+    static FontList* s_loadingList;
     std::function<void()> m_changed;
 };
 
