@@ -53,7 +53,7 @@ MainWindowController::MainWindowController(TopMenuController* app, const QString
 {
     setObjectName(QStringLiteral("MainWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(tr("Quillmark - Untitled[*]"));
+    setWindowTitle(QStringLiteral("Quillmark[*]"));
     createActions();
     createMenus();
     createToolBar();
@@ -96,6 +96,11 @@ void MainWindowController::createActions()
     };
     make("actionNew", tr("&New"), QKeySequence::New, [this] { m_app->FileNew(); });
     make("actionOpen", tr("&Open…"), QKeySequence::Open, [this] { m_app->FileOpen(); });
+    make("actionOpenHere", tr("Open in This &Window…"), QKeySequence(), [this] { m_document->buttonOpen(); });
+    make("actionSave", tr("&Save"), QKeySequence::Save, [this] { m_document->buttonSave(); });
+    make("actionSaveAs", tr("Save &As…"), QKeySequence::SaveAs, [this] { m_document->clickSaveAs(); });
+    make("actionSaveAsCopy", tr("Save as Cop&y…"), QKeySequence(tr("Ctrl+Alt+S")),
+         [this] { m_document->clickSaveAsCopy(); });
     make("actionClose", tr("&Close"), QKeySequence::Close, [this] { close(); });
     make("actionPrint", tr("&Print…"), QKeySequence::Print, [this] { m_app->print(); });
     make("actionQuit", tr("&Quit"), QKeySequence::Quit, [] { QApplication::closeAllWindows(); });
@@ -123,7 +128,11 @@ void MainWindowController::createMenus()
     QMenu* recent = file->addMenu(tr("Open &Recent"));
     recent->setObjectName(QStringLiteral("menuOpenRecent"));
     connect(recent, &QMenu::aboutToShow, this, [this, recent] { m_app->fillRecentMenu(recent); });
+    file->addAction(action(QStringLiteral("actionOpenHere")));
     file->addSeparator();
+    file->addAction(action(QStringLiteral("actionSave")));
+    file->addAction(action(QStringLiteral("actionSaveAs")));
+    file->addAction(action(QStringLiteral("actionSaveAsCopy")));
     file->addAction(action(QStringLiteral("actionClose")));
     file->addSeparator();
     file->addAction(action(QStringLiteral("actionSavePreviewPng")));
@@ -177,12 +186,9 @@ void MainWindowController::createToolBar()
     m_previewText->setObjectName(QStringLiteral("previewText"));
     m_previewText->setPlaceholderText(tr("Preview text (\\n for a new line)"));
     m_previewText->setToolTip(tr("Sample text laid out with the glyphs; write \\n for a line break"));
-    m_previewText->setText(QStringLiteral("Preview\\nText"));
     m_previewText->setMinimumWidth(220);
-    connect(m_previewText, &QLineEdit::textEdited, this, [this] {
-        m_document->state().setPreviewTextString(m_previewText->text());
-        updatePreview();
-    });
+    connect(m_previewText, &QLineEdit::textEdited, this,
+            [this](const QString& text) { m_document->previewTextChanged(text); });
     bar->addWidget(m_previewText);
 
     m_previewBackground = new QComboBox(bar);
@@ -233,33 +239,30 @@ void MainWindowController::showEvent(QShowEvent* event)
     QMainWindow::showEvent(event);
     if (m_loaded)
         return;
+    // Once the window stands: the new project is set up, then a file it was made for is opened
+    // into it.
     m_loaded = true;
     activateWindow();
     raise();
+    m_document->setUpWindow();
+    if (!m_loadfile.isEmpty()) {
+        QString error;
+        if (!m_document->openfileproject(m_loadfile, &error))
+            runAlert(tr("Open"), tr("The project '%1' could not be opened: %2").arg(m_loadfile, error), {tr("Ok")});
+    }
 }
 
 void MainWindowController::closeEvent(QCloseEvent* event)
 {
-    event->accept();
+    if (m_document->windowShouldClose())
+        event->accept();
+    else
+        event->ignore();
 }
 
 void MainWindowController::previewOrTextureChanged(bool preview)
 {
-    TransactionScope transaction;
-    Transaction::setDisableActions(true);
-    sharedAppState& state = m_document->state();
-    TextureView& view = m_document->view();
-    if (preview) {
-        view.switchToPreview();
-        updatePreview();
-        state.setIsinpreviewmode(true);
-    } else {
-        view.switchToTexture();
-        updatePreview();
-        state.setIsinpreviewmode(false);
-        view.updateCheckerboardAndColor(state.checkerBoard(), state.bgColor());
-        view.Packing(state.paddingSize(), state.paddingMethod(), state.packingReversed(), state.grid());
-    }
+    m_document->previewOrTextureChanged(preview);
     m_previewOrTexture->button(preview ? 1 : 0)->setChecked(true);
     if (preview)
         QTimer::singleShot(0, this, [this] {
@@ -273,7 +276,7 @@ void MainWindowController::previewOrTextureChanged(bool preview)
 
 void MainWindowController::updatePreview()
 {
-    m_document->view().updatePreview(m_previewText->text());
+    m_document->view().updatePreview(m_document->previewText());
 }
 
 void MainWindowController::savePreviewPngClicked()
@@ -312,8 +315,9 @@ int MainWindowController::runAlert(const QString& message, const QString& inform
     if (!added.isEmpty())
         box.setDefaultButton(added.first());
     box.exec();
-    const int index = int(added.indexOf(static_cast<QPushButton*>(box.clickedButton())));
-    return index < 0 ? 0 : index;
+    // A dismissed alert (Escape, closing it) answers -1, which no caller takes for its first
+    // button ("Save Document" and the like).
+    return int(added.indexOf(static_cast<QPushButton*>(box.clickedButton())));
 }
 
 void MainWindowController::appendPublishLog(const QString&) {}
@@ -342,7 +346,13 @@ QString MainWindowController::chooseDirectory(const QString& title)
     return QFileDialog::getExistingDirectory(this, title);
 }
 
-void MainWindowController::reloadInterfaceParamters() {}
+void MainWindowController::reloadInterfaceParamters()
+{
+    m_previewText->setText(m_document->previewText());
+    m_previewOrTexture->button(m_document->state().isinpreviewmode() ? 1 : 0)->setChecked(true);
+    setWindowModified(m_document->state().configchanged());
+    updateMenus();
+}
 
 void MainWindowController::setDocumentTitle(const QString& title)
 {

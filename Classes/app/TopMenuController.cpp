@@ -2,6 +2,7 @@
 
 #include "Classes/app/MainWindowController.h"
 #include "Classes/ui/CanvasWidget.h"
+#include "Platform/defaults/UserDefaults.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -13,7 +14,6 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QSettings>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -113,7 +113,7 @@ QList<MainWindowController*> TopMenuController::windows() const
 
 QStringList TopMenuController::recentDocuments() const
 {
-    return QSettings().value(QLatin1String(kRecentKey)).toStringList();
+    return UserDefaults::standardUserDefaults().objectForKey(QLatin1String(kRecentKey)).toStringList();
 }
 
 void TopMenuController::noteRecentDocument(const QString& path)
@@ -124,12 +124,12 @@ void TopMenuController::noteRecentDocument(const QString& path)
     recent.prepend(absolute);
     while (recent.size() > kMaxRecent)
         recent.removeLast();
-    QSettings().setValue(QLatin1String(kRecentKey), recent);
+    UserDefaults::standardUserDefaults().setObject(recent, QLatin1String(kRecentKey));
 }
 
 void TopMenuController::clearRecentDocuments()
 {
-    QSettings().remove(QLatin1String(kRecentKey));
+    UserDefaults::standardUserDefaults().removeObjectForKey(QLatin1String(kRecentKey));
 }
 
 void TopMenuController::fillRecentMenu(QMenu* menu)

@@ -126,7 +126,9 @@ void TextureView::updateCheckerboardAndColor(bool checkerBoard, const Color& bac
     const Color rgb = backgroundColor.isValid() ? backgroundColor.toCalibratedRGB() : Color::calibratedRGB(1, 1, 1);
     m_backgroundLayer->setBackgroundColor(Color::calibratedRGB(rgb.redComponent(), rgb.greenComponent(),
                                                                rgb.blueComponent(), checkerBoard ? 0.0 : 1.0));
-    m_backgroundLayer->setBounds(QRectF(QPointF(0, 0), m_frameSize));
+    // The background covers the whole canvas: its frame, not only its size, follows the canvas,
+    // or the glyphs placed inside it would shift when the texture size changes.
+    m_backgroundLayer->setFrame(QRectF(QPointF(0, 0), m_frameSize));
     m_checkerboardLayer->setFrame(QRectF(QPointF(0, 0), m_frameSize));
     m_checkerboardLayer->setNeedsDisplay();
 }

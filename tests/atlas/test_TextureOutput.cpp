@@ -168,7 +168,7 @@ TEST(CanvasBackground, CheckerboardMakesTheBackgroundSeeThrough)
     EXPECT_EQ(a.view.checkerboardLayer()->backgroundPattern().size(), QSize(16, 16)); // checker.png
     a.view.updateCheckerboardAndColor(false, Color::calibratedRGB(0.2, 0.4, 0.6));
     EXPECT_EQ(a.view.backgroundLayer()->backgroundColor(), Color::calibratedRGB(0.2, 0.4, 0.6, 1.0));
-    EXPECT_EQ(a.view.backgroundLayer()->bounds(), QRectF(0, 0, 32, 32));
+    EXPECT_EQ(a.view.backgroundLayer()->frame(), QRectF(0, 0, 32, 32)); // at the canvas's origin too
 }
 
 TEST(AlphaCrop, TrimsRowsAndColumnsAtOrBelowTheThreshold)
