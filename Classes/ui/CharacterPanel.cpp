@@ -115,12 +115,13 @@ CharacterPanel::CharacterPanel(CharacterSet& charset, sharedAppState& state, QWi
         field->setMaxLength(8);
         field->setPlaceholderText(QStringLiteral("hex"));
         field->setFixedWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 16);
-        connect(field, &QLineEdit::returnPressed, this, &CharacterPanel::charsetaddrange);
         return field;
     };
     m_rangestart = hexField(QStringLiteral("rangestart"), tr("First character code, hexadecimal (41 is A)"));
     m_rangeend = hexField(QStringLiteral("rangeend"), tr("Last character code, hexadecimal (5A is Z)"));
     rangeCaption->setBuddy(m_rangestart);
+    // Return after the last code adds the range, as the button does.
+    connect(m_rangeend, &QLineEdit::returnPressed, this, &CharacterPanel::charsetaddrange);
     m_addRange = new QPushButton(tr("Add"), this);
     m_addRange->setObjectName(QStringLiteral("charsetaddrange"));
     m_addRange->setToolTip(tr("Append every character from the first code to the last (at most %1)")
