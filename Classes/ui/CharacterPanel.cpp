@@ -90,12 +90,9 @@ CharacterPanel::CharacterPanel(CharacterSet& charset, sharedAppState& state, QWi
                               "characters cannot be added)")
                                .arg(UnicodeRanges::kRangeLimit));
 
-    m_quickSets = new QToolButton(this);
+    m_quickSets = new QPushButton(tr("Quick Sets"), this);
     m_quickSets->setObjectName(QStringLiteral("addCharSet"));
-    m_quickSets->setText(tr("Quick Sets"));
     m_quickSets->setToolTip(tr("Append a ready-made set of characters"));
-    m_quickSets->setPopupMode(QToolButton::InstantPopup);
-    m_quickSets->setToolButtonStyle(Qt::ToolButtonTextOnly);
     auto* menu = new QMenu(m_quickSets);
     menu->setObjectName(QStringLiteral("quickSetMenu"));
     for (const QuickSetTitle& set : kQuickSets) {
@@ -114,7 +111,7 @@ CharacterPanel::CharacterPanel(CharacterSet& charset, sharedAppState& state, QWi
         field->setToolTip(toolTip);
         field->setMaxLength(8);
         field->setPlaceholderText(QStringLiteral("hex"));
-        field->setFixedWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000000")) + 16);
+        field->setFixedWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("00000")) + 16);
         return field;
     };
     m_rangestart = hexField(QStringLiteral("rangestart"), tr("First character code, hexadecimal (41 is A)"));
@@ -184,6 +181,19 @@ void CharacterPanel::buildRangeTable()
     table->setShowGrid(false);
     table->setWordWrap(false);
     table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A light selection across the row, as the styled names draw theirs.
+    QPalette light = table->palette();
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        QColor highlight = light.color(group, QPalette::Highlight);
+        const QColor base = light.color(group, QPalette::Base);
+        const float a = group == QPalette::Active ? 0.30f : 0.18f;
+        highlight.setRgbF(base.redF() + (highlight.redF() - base.redF()) * a,
+                          base.greenF() + (highlight.greenF() - base.greenF()) * a,
+                          base.blueF() + (highlight.blueF() - base.blueF()) * a);
+        light.setColor(group, QPalette::Highlight, highlight);
+        light.setColor(group, QPalette::HighlightedText, light.color(group, QPalette::Text));
+    }
+    table->setPalette(light);
     table->setMinimumHeight(kRangeRowHeight * 7 + table->horizontalHeader()->sizeHint().height() + 4);
 
     // The names as they stand, in "Arial" at the largest of 12 to 9 that fits, with a shadow.

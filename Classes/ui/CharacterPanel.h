@@ -6,7 +6,6 @@ class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
 class QTableWidget;
-class QToolButton;
 
 namespace qm {
 
@@ -48,7 +47,7 @@ public:
     QLineEdit* rangeend() const { return m_rangeend; }
     QPushButton* addRangeButton() const { return m_addRange; }
     QPushButton* addBlockButton() const { return m_addBlock; }
-    QToolButton* quickSetButton() const { return m_quickSets; }
+    QPushButton* quickSetButton() const { return m_quickSets; }
     QPushButton* resetButton() const { return m_reset; }
     QPushButton* selectLettersButton() const { return m_selectLetters; }
 
@@ -77,7 +76,7 @@ private:
     QLineEdit* m_rangeend;
     QPushButton* m_addRange;
     QPushButton* m_addBlock;
-    QToolButton* m_quickSets;
+    QPushButton* m_quickSets;
     QPushButton* m_reset;
     QPushButton* m_selectLetters;
     bool m_showing = false;

@@ -55,7 +55,7 @@ FontMetricsPanel::FontMetricsPanel(sharedAppState& state, TextureView& view, QWi
                                    -9999, 9999);
     auto* lineHeightCaption = makeCaption(this, QStringLiteral("lineHeightText"), tr("Line height:"));
     lineHeightCaption->setBuddy(m_lineHeight);
-    auto* spaceWidthCaption = makeCaption(this, QStringLiteral("spaceWidthText"), tr("Space:"));
+    auto* spaceWidthCaption = makeCaption(this, QStringLiteral("spaceWidthText"), tr("Space width:"));
     spaceWidthCaption->setBuddy(m_spaceWidth);
 
     m_boundingPadding =
@@ -123,33 +123,33 @@ FontMetricsPanel::FontMetricsPanel(sharedAppState& state, TextureView& view, QWi
             box->addStretch(1);
         return box;
     };
+    const auto unit = [this](const char* name) {
+        return makeCaption(this, QString::fromLatin1(name), tr("px"));
+    };
     grid->addWidget(glyphSizeCaption, 0, 0, right);
     grid->addLayout(row({m_glyphSize, m_glyphSizeText}, false), 0, 1);
     grid->addWidget(lineHeightCaption, 1, 0, right);
-    auto* metrics = row({m_lineHeight});
-    metrics->addSpacing(8);
-    metrics->addWidget(spaceWidthCaption);
-    metrics->addWidget(m_spaceWidth);
-    metrics->addStretch(1);
-    grid->addLayout(metrics, 1, 1);
-    grid->addWidget(paddingCaption, 2, 0, right);
-    grid->addLayout(
-        row({m_boundingPadding, makeCaption(this, QStringLiteral("boundingPaddingUnitText"), tr("px"))}), 2,
-        1);
-    grid->addWidget(advanceCaption, 3, 0, right);
-    grid->addLayout(row({m_xadvancedSlider, m_xadvancedLabel}, false), 3, 1);
-    grid->addWidget(offsetCaption, 4, 0, right);
+    grid->addLayout(row({m_lineHeight, unit("lineHeightUnitText")}), 1, 1);
+    grid->addWidget(spaceWidthCaption, 2, 0, right);
+    grid->addLayout(row({m_spaceWidth, unit("spaceWidthUnitText")}), 2, 1);
+    grid->addWidget(paddingCaption, 3, 0, right);
+    grid->addLayout(row({m_boundingPadding, unit("boundingPaddingUnitText")}), 3, 1);
+    grid->addWidget(advanceCaption, 4, 0, right);
+    grid->addLayout(row({m_xadvancedSlider, m_xadvancedLabel}, false), 4, 1);
+    grid->addWidget(offsetCaption, 5, 0, right);
     auto* offsets = row({m_postXOffset, m_postXOffsetStepper});
     offsets->insertSpacing(2, 8);
     offsets->insertWidget(3, offsetYCaption);
     offsets->insertWidget(4, m_postYOffset);
     offsets->insertWidget(5, m_postYOffsetStepper);
-    grid->addLayout(offsets, 4, 1);
-    grid->addWidget(m_fixedadvancecheckbox, 5, 0, right);
-    grid->addLayout(row({m_fixedxadvance, m_fixedxadvancestepper, m_fixedadvanceUnit}), 5, 1);
-    grid->addWidget(faceCaption, 6, 0, right);
-    grid->addWidget(m_forcefontface, 6, 1);
-    grid->addLayout(row({m_kernings, m_autoxy}), 7, 1);
+    grid->addLayout(offsets, 5, 1);
+    grid->addWidget(m_fixedadvancecheckbox, 6, 0, right);
+    grid->addLayout(row({m_fixedxadvance, m_fixedxadvancestepper, m_fixedadvanceUnit}), 6, 1);
+    grid->addWidget(faceCaption, 7, 0, right);
+    grid->addWidget(m_forcefontface, 7, 1);
+    auto* switches = row({m_kernings, m_autoxy});
+    switches->insertSpacing(1, 12);
+    grid->addLayout(switches, 8, 0, 1, 2);
     grid->setColumnStretch(1, 1);
 
     connect(m_glyphSize, &QSlider::valueChanged, this, &FontMetricsPanel::glyphSizeChanged);

@@ -72,7 +72,7 @@ OutputPanel::OutputPanel(sharedAppState& state, TextureController* controller, Q
     grid->setVerticalSpacing(6);
     const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
     grid->addWidget(formatCaption, 0, 0, right);
-    grid->addWidget(m_outputFormatFile, 0, 1, Qt::AlignLeft);
+    grid->addWidget(m_outputFormatFile, 0, 1);
     grid->addWidget(nameCaption, 1, 0, right);
     grid->addWidget(m_textureName, 1, 1);
     grid->addWidget(directoryCaption, 2, 0, right);
@@ -82,11 +82,17 @@ OutputPanel::OutputPanel(sharedAppState& state, TextureController* controller, Q
     directory->addWidget(m_chooseDirectory);
     grid->addLayout(directory, 2, 1);
     grid->addWidget(levelCaption, 3, 0, right);
-    grid->addWidget(m_autoSDButton, 3, 1, Qt::AlignLeft);
+    grid->addWidget(m_autoSDButton, 3, 1);
     grid->addWidget(m_sdQualityText, 4, 0, right);
     grid->addWidget(m_popSDQuality, 4, 1, Qt::AlignLeft);
-    grid->addWidget(m_checkredrawwhendownscaling, 5, 1);
+    grid->addWidget(m_checkredrawwhendownscaling, 5, 0, 1, 2);
     grid->setColumnStretch(1, 1);
+    // The pop-ups take the column's width instead of their longest title's.
+    for (QComboBox* popup : {m_outputFormatFile, m_autoSDButton}) {
+        popup->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        popup->setMinimumContentsLength(12);
+        popup->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    }
 
     connect(m_outputFormatFile, &QComboBox::activated, this, &OutputPanel::outputFormatChanged);
     connect(m_textureName, &QLineEdit::textEdited, this, &OutputPanel::publishSettingsChanged);

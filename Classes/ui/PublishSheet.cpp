@@ -22,6 +22,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableWidget>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace qm {
@@ -55,12 +56,18 @@ PublishSheet::PublishSheet(PublishPanel& panel, BuildWizard& wizard, PublishRun&
         b->setAutoDefault(false);
         return b;
     };
-    QPushButton* plus =
-        button(QStringLiteral("targetPlus"), QStringLiteral("+"), tr("Add a target named New"));
-    QPushButton* minus = button(QStringLiteral("targetMinus"), QStringLiteral("−"),
-                                tr("Remove the selected target (the first one always stays)"));
-    for (QPushButton* b : {plus, minus})
-        b->setFixedWidth(b->fontMetrics().horizontalAdvance(QStringLiteral("+")) + 28);
+    const auto smallButton = [this](const QString& name, const QString& title, const QString& toolTip) {
+        auto* b = new QToolButton(this);
+        b->setObjectName(name);
+        b->setText(title);
+        b->setToolTip(toolTip);
+        b->setMinimumWidth(b->sizeHint().height() + 6);
+        return b;
+    };
+    QToolButton* plus =
+        smallButton(QStringLiteral("targetPlus"), QStringLiteral("+"), tr("Add a target named New"));
+    QToolButton* minus = smallButton(QStringLiteral("targetMinus"), QStringLiteral("−"),
+                                     tr("Remove the selected target (the first one always stays)"));
     QPushButton* duplicate =
         button(QStringLiteral("targetDuplicate"), tr("Duplicate"), tr("Copy the selected target"));
     QPushButton* scaled50 = button(QStringLiteral("target50"), QStringLiteral("50%"),
@@ -73,8 +80,8 @@ PublishSheet::PublishSheet(PublishPanel& panel, BuildWizard& wizard, PublishRun&
                                    tr("Add a copy of the selected target at 23.4375 % of its scale"));
     QPushButton* wizardButton = button(QStringLiteral("targetWizard"), tr("Wizard…"),
                                        tr("Replace every target by a ready-made set of sizes"));
-    connect(plus, &QPushButton::clicked, this, &PublishSheet::targetPlus);
-    connect(minus, &QPushButton::clicked, this, &PublishSheet::targetMinus);
+    connect(plus, &QToolButton::clicked, this, &PublishSheet::targetPlus);
+    connect(minus, &QToolButton::clicked, this, &PublishSheet::targetMinus);
     connect(duplicate, &QPushButton::clicked, this, &PublishSheet::targetDuplicate);
     connect(scaled50, &QPushButton::clicked, this, &PublishSheet::target50);
     connect(scaled25, &QPushButton::clicked, this, &PublishSheet::target25);
@@ -230,7 +237,9 @@ PublishSheet::PublishSheet(PublishPanel& panel, BuildWizard& wizard, PublishRun&
     top->addWidget(details, 5);
     auto* bottom = new QHBoxLayout;
     bottom->addWidget(m_targetAutoClose);
-    bottom->addStretch(1);
+    bottom->addSpacing(12);
+    bottom->addWidget(m_progress, 1);
+    bottom->addSpacing(12);
     bottom->addWidget(close);
     bottom->addWidget(m_publish);
     auto* column = new QVBoxLayout(this);
@@ -239,7 +248,6 @@ PublishSheet::PublishSheet(PublishPanel& panel, BuildWizard& wizard, PublishRun&
     column->addLayout(top, 3);
     column->addWidget(logCaption);
     column->addWidget(m_targetLog, 2);
-    column->addWidget(m_progress);
     column->addLayout(bottom);
 
     // Edits of the target's settings count as they are typed.
@@ -272,9 +280,9 @@ PublishSheet::~PublishSheet()
     delete m_wizardSheet;
 }
 
-QPushButton* PublishSheet::button(const QString& objectName) const
+QAbstractButton* PublishSheet::button(const QString& objectName) const
 {
-    return findChild<QPushButton*>(objectName);
+    return findChild<QAbstractButton*>(objectName);
 }
 
 void PublishSheet::reloadFromSettings()

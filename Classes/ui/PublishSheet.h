@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QPointer>
 
+class QAbstractButton;
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
@@ -78,7 +79,8 @@ public:
     QPlainTextEdit* targetLog() const { return m_targetLog; }
     QCheckBox* targetAutoClose() const { return m_targetAutoClose; }
     QProgressBar* progress() const { return m_progress; }
-    QPushButton* button(const QString& objectName) const;
+    /// A button of the sheet by its objectName ("targetPlus", "buttonPublish", ...).
+    QAbstractButton* button(const QString& objectName) const;
 
 signals:
     /// A publish run is about to start (the window may change the canvas zoom for it).

@@ -43,7 +43,7 @@ TexturePanel::TexturePanel(sharedAppState& state, ColorWellGroup& wells, QWidget
     m_sizeText = makeCaption(this, QStringLiteral("sizeText"), tr("Size:"));
     m_sizeText->setBuddy(m_widthButton);
     m_timesText = makeCaption(this, QStringLiteral("timesText"), QStringLiteral("×"));
-    auto* pixelsText = makeCaption(this, QStringLiteral("sizeUnitText"), tr("px"));
+    m_sizeUnitText = makeCaption(this, QStringLiteral("sizeUnitText"), tr("px"));
 
     m_checkAutoSize = new QCheckBox(tr("Automatic size"), this);
     m_checkAutoSize->setObjectName(QStringLiteral("checkAutoSize"));
@@ -75,7 +75,7 @@ TexturePanel::TexturePanel(sharedAppState& state, ColorWellGroup& wells, QWidget
     size->addWidget(m_widthButton);
     size->addWidget(m_timesText);
     size->addWidget(m_heightButton);
-    size->addWidget(pixelsText);
+    size->addWidget(m_sizeUnitText);
     size->addStretch(1);
     grid->addWidget(m_sizeText, 0, 0, Qt::AlignRight | Qt::AlignVCenter);
     grid->addLayout(size, 0, 1, 1, 2);
@@ -122,7 +122,7 @@ void TexturePanel::updateEnabling()
     const bool checker = m_checkerboardButton->isChecked();
     setControlsEnabled({m_backgroundColor, m_bgColorText}, !checker);
     const bool byHand = !m_checkAutoSize->isChecked();
-    setControlsEnabled({m_widthButton, m_heightButton, m_sizeText, m_timesText}, byHand);
+    setControlsEnabled({m_widthButton, m_heightButton, m_sizeText, m_timesText, m_sizeUnitText}, byHand);
 }
 
 void TexturePanel::sizeChanged()

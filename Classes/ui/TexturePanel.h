@@ -59,6 +59,7 @@ private:
     QComboBox* m_heightButton;
     QLabel* m_sizeText;
     QLabel* m_timesText;
+    QLabel* m_sizeUnitText;
     QCheckBox* m_checkAutoSize;
     QCheckBox* m_checkPower2;
     QCheckBox* m_checkerboardButton;
