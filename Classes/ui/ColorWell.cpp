@@ -38,11 +38,6 @@ ColorWell::ColorWell(QWidget* parent) : QAbstractButton(parent)
     connect(ColorPanel::shared(), &ColorPanel::willClose, this, &ColorWell::deactivate);
 }
 
-ColorWell::~ColorWell()
-{
-    ColorPanel::shared()->detach(this);
-}
-
 void ColorWell::setColor(const Color& color)
 {
     m_color = color;

@@ -17,7 +17,6 @@ class ColorWell : public QAbstractButton
     Q_OBJECT
 public:
     explicit ColorWell(QWidget* parent = nullptr);
-    ~ColorWell() override;
 
     const Color& color() const { return m_color; }
     /// Shows a colour without colorChanged(); an active well also shows it in the dialog.

@@ -7,6 +7,15 @@ namespace qm {
 
 ColorWellGroup::ColorWellGroup(QObject* parent) : QObject(parent) {}
 
+ColorWellGroup::~ColorWellGroup()
+{
+    for (ColorWell* well : wells())
+        well->setGroup(nullptr);
+    for (const QPointer<gradientEditor>& editor : m_editors)
+        if (editor)
+            editor->setTC(nullptr);
+}
+
 void ColorWellGroup::addWell(ColorWell* well)
 {
     if (!well || m_wells.contains(well))

@@ -19,6 +19,8 @@ class ColorWellGroup : public QObject, public ColorWellCoordinator
     Q_OBJECT
 public:
     explicit ColorWellGroup(QObject* parent = nullptr);
+    /// The wells and editors still alive forget the group.
+    ~ColorWellGroup() override;
 
     /// Adds a well to the group (and the group to the well).
     void addWell(ColorWell* well);

@@ -289,12 +289,14 @@ void PublishSheet::reloadFromSettings()
 {
     m_panel.fields().targetAutoClose = m_state.publishautoclose();
     m_panel.loadPublishSettings();
-    m_panel.selectRow(0);
     reloadTable();
 }
 
 void PublishSheet::openSheet()
 {
+    // Without a selection the panel works on the first target; show it selected.
+    if (m_panel.selectedRow() == PublishPanel::noSelection)
+        m_panel.setSelectedRow(0);
     reloadTable();
     m_panel.targetselectionchanged();
     displayFields();

@@ -41,14 +41,16 @@ public:
     ~PublishSheet() override;
 
     /// After a project was opened into the window: the targets are read again (deriving them
-    /// for projects that have none) and the first one is shown.
+    /// for projects that have none) and the auto-close box shows the project's choice.
     void reloadFromSettings();
     /// Shows the targets and begins the sheet on its window.
     void openSheet();
 
+public slots:
     /// Appends text to the log and scrolls to its end.
     void appendPublishLog(const QString& text);
 
+public:
     // Actions of the sheet's buttons.
     void targetPlus();
     void targetMinus();
