@@ -81,7 +81,7 @@ CharacterPanel::CharacterPanel(CharacterSet& charset, sharedAppState& state, QWi
     m_rangeTextField->setReadOnly(true);
     m_rangeTextField->setToolTip(tr("The characters of the selected block"));
     m_rangeTextField->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    m_rangeTextField->setFixedHeight(m_rangeTextField->fontMetrics().lineSpacing() * 3 + 12);
+    m_rangeTextField->setFixedHeight(m_rangeTextField->fontMetrics().lineSpacing() * 4 + 12);
     m_rangeTextField->setPlaceholderText(tr("Select a block above"));
 
     m_addBlock = new QPushButton(tr("Add Block"), this);
@@ -181,19 +181,7 @@ void CharacterPanel::buildRangeTable()
     table->setShowGrid(false);
     table->setWordWrap(false);
     table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // A light selection across the row, as the styled names draw theirs.
-    QPalette light = table->palette();
-    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-        QColor highlight = light.color(group, QPalette::Highlight);
-        const QColor base = light.color(group, QPalette::Base);
-        const float a = group == QPalette::Active ? 0.30f : 0.18f;
-        highlight.setRgbF(base.redF() + (highlight.redF() - base.redF()) * a,
-                          base.greenF() + (highlight.greenF() - base.greenF()) * a,
-                          base.blueF() + (highlight.blueF() - base.blueF()) * a);
-        light.setColor(group, QPalette::Highlight, highlight);
-        light.setColor(group, QPalette::HighlightedText, light.color(group, QPalette::Text));
-    }
-    table->setPalette(light);
+    StyledNameDelegate::useLightSelection(table);
     table->setMinimumHeight(kRangeRowHeight * 7 + table->horizontalHeader()->sizeHint().height() + 4);
 
     // The names as they stand, in "Arial" at the largest of 12 to 9 that fits, with a shadow.

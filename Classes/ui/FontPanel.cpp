@@ -104,6 +104,7 @@ FontPanel::FontPanel(FontList& fonts, sharedAppState& state, QWidget* parent)
     style.rowHeight = 30;
     style.alignment = Qt::AlignHCenter;
     m_fontTableView->setItemDelegate(new StyledNameDelegate(style, m_fontTableView));
+    StyledNameDelegate::useLightSelection(m_fontTableView);
 
     m_glyphTrait = new QComboBox(this);
     m_glyphTrait->setObjectName(QStringLiteral("glyphTrait"));

@@ -1,5 +1,6 @@
 #include "Classes/ui/StyledNameDelegate.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
@@ -118,17 +119,32 @@ QPixmap StyledNameDelegate::renderedText(const QString& text, const QFont& font,
     return result;
 }
 
+void StyledNameDelegate::useLightSelection(QAbstractItemView* view)
+{
+    QPalette light = view->palette();
+    for (QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor highlight = light.color(QPalette::Active, QPalette::Highlight);
+        const QColor base = light.color(group, QPalette::Base);
+        const float a = group == QPalette::Active ? 0.38f : 0.28f;
+        const auto mix = [a](float from, float to) { return from + (to - from) * a; };
+        light.setColor(group, QPalette::Highlight,
+                       QColor::fromRgbF(mix(base.redF(), highlight.redF()),
+                                        mix(base.greenF(), highlight.greenF()),
+                                        mix(base.blueF(), highlight.blueF())));
+        light.setColor(group, QPalette::HighlightedText, light.color(group, QPalette::Text));
+    }
+    view->setPalette(light);
+}
+
 void StyledNameDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                const QModelIndex& index) const
 {
     QStyleOptionViewItem opt = option;
     initStyleOption(&opt, index);
-    // A light selection, so that black and green names stay readable on it.
     if (opt.state & QStyle::State_Selected) {
-        QColor highlight = opt.palette.color(QPalette::Highlight);
-        highlight.setAlphaF(opt.state & QStyle::State_Active ? 0.30f : 0.18f);
-        painter->fillRect(opt.rect, opt.palette.color(QPalette::Base));
-        painter->fillRect(opt.rect, highlight);
+        const QPalette::ColorGroup group =
+            opt.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+        painter->fillRect(opt.rect, opt.palette.color(group, QPalette::Highlight));
     } else {
         opt.text.clear();
         const QWidget* widget = opt.widget;

@@ -5,6 +5,8 @@
 #include <QPixmap>
 #include <QStyledItemDelegate>
 
+class QAbstractItemView;
+
 namespace qm {
 
 /// Draws a row's text in a typeface of its own, at the largest of a range of sizes that fits the
@@ -33,6 +35,10 @@ public:
     };
 
     explicit StyledNameDelegate(const Style& style, QObject* parent = nullptr);
+
+    /// Gives a view a light selection colour with the normal text colour on it, so that black
+    /// and green names stay readable on selected rows; the delegate draws the selection in it.
+    static void useLightSelection(QAbstractItemView* view);
 
     /// The pixel size chosen for a text in a family for a column width.
     int fittingSize(const QString& family, const QString& text, int width) const;
