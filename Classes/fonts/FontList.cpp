@@ -43,7 +43,7 @@ bool FontList::familyHasKernings(const QString& family)
     return has;
 }
 
-void FontList::reloadFontTableView()
+void FontList::reloadFontTableView(bool applyFace)
 {
     QSet<QString> listed;
     for (const FontRow& row : m_fontArray)
@@ -58,7 +58,7 @@ void FontList::reloadFontTableView()
         listed.insert(family);
     }
     notifyChanged();
-    updateFamilyNames();
+    updateFamilyNames(applyFace);
 }
 
 void FontList::searchFieldChanged(const QString& text)
@@ -66,7 +66,7 @@ void FontList::searchFieldChanged(const QString& text)
     m_searchText = text;
     m_fontArray.clear();
     m_selectedRow = -1;
-    reloadFontTableView();
+    reloadFontTableView(false);
     // Keep the project's family highlighted when it is still listed; it is already applied,
     // so the row is selected without choosing it again.
     for (int row = 0; row < m_fontArray.size(); ++row)
@@ -105,7 +105,7 @@ void FontList::fontTableSelectionChanged()
     updateFamilyNames();
 }
 
-void FontList::updateFamilyNames()
+void FontList::updateFamilyNames(bool apply)
 {
     m_glyphTraitItems.clear();
     QList<FontMember> members = FontManager::availableMembersOfFontFamily(m_state.fontName());
@@ -121,7 +121,12 @@ void FontList::updateFamilyNames()
     for (const FaceItem& item : m_glyphTraitItems)
         if (item.tag == m_state.trait())
             tag = item.tag;
-    glyphTraitChanged(tag);
+    if (apply) {
+        glyphTraitChanged(tag);
+    } else {
+        m_selectedTraitTag = tag;
+        notifyChanged();
+    }
 }
 
 void FontList::glyphTraitChanged(int tag)

@@ -62,9 +62,12 @@ public:
     const QString& searchText() const { return m_searchText; }
 
     /// Appends every family of the font manager, in its order, that is not listed yet and whose
-    /// name contains the search text ignoring case; then refreshes the face pop-up.
-    void reloadFontTableView();
-    /// Rebuilds the list from scratch for a new search text.
+    /// name contains the search text ignoring case; then refreshes the face pop-up, applying the
+    /// selected face unless `applyFace` is false.
+    void reloadFontTableView(bool applyFace = true);
+    /// Rebuilds the list from scratch for a new search text. Searching changes no setting: the
+    /// face pop-up is refilled but the face the glyphs use is not applied again (which would
+    /// re-render every glyph and mark the project changed on each keystroke).
     void searchFieldChanged(const QString& text);
     /// Selects a row (-1: none), as a click or the program does. When the selection changes,
     /// the chosen family becomes the project's font (fontTableSelectionChanged()).
@@ -80,8 +83,9 @@ public:
     int selectedTraitTag() const { return m_selectedTraitTag; }
     /// Rebuilds the face pop-up from the members of the project's family. A family that is not
     /// installed raises the missing-font alert and is replaced by "Arial". Selects the item
-    /// tagged with the project's `trait` (else the first) and applies it (glyphTraitChanged()).
-    void updateFamilyNames();
+    /// tagged with the project's `trait` (else the first) and applies it (glyphTraitChanged())
+    /// unless `apply` is false.
+    void updateFamilyNames(bool apply = true);
     /// The face pop-up's selection changed: the tag becomes the project's `trait`.
     void glyphTraitChanged(int tag);
 

@@ -127,8 +127,10 @@ TEST(FontList, SearchFiltersIgnoringCaseAndClearingRestoresAll)
     ASSERT_FALSE(withSans.isEmpty());
     ASSERT_LT(withSans.size(), families.size());
 
+    w.state.setConfigchanged(false);
     w.fonts.searchFieldChanged(QStringLiteral("sans"));
     EXPECT_EQ(w.listed(), withSans);
+    EXPECT_FALSE(w.state.configchanged()); // searching edits nothing
     EXPECT_TRUE(w.listed().contains(QStringLiteral("DejaVu Sans")));
     w.fonts.searchFieldChanged(QStringLiteral("SaNs"));
     EXPECT_EQ(w.listed(), withSans);
