@@ -4,7 +4,22 @@
 #include "Classes/atlas/TextureView.h"
 #include "Classes/model/ProjectDocument.h"
 #include "Classes/model/sharedAppState.h"
+#include "Classes/publish/PublishRun.h"
+#include "Classes/render/CAGlyphLayer.h"
 #include "Classes/ui/CanvasWidget.h"
+#include "Classes/ui/CharacterPanel.h"
+#include "Classes/ui/ColorToolsPanel.h"
+#include "Classes/ui/ColorWellGroup.h"
+#include "Classes/ui/FontMetricsPanel.h"
+#include "Classes/ui/FontPanel.h"
+#include "Classes/ui/GlyphEditorPanel.h"
+#include "Classes/ui/OutputPanel.h"
+#include "Classes/ui/PackingPanel.h"
+#include "Classes/ui/PublishSheet.h"
+#include "Classes/ui/SFBInspectorView.h"
+#include "Classes/ui/SFBViewSelectorBar.h"
+#include "Classes/ui/TexturePanel.h"
+#include "Classes/ui/WizardSheet.h"
 
 #include <QAction>
 #include <QApplication>
@@ -21,6 +36,9 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QVBoxLayout>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -54,10 +72,8 @@ MainWindowController::MainWindowController(TopMenuController* app, const QString
     setObjectName(QStringLiteral("MainWindow"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(QStringLiteral("Quillmark[*]"));
-    createActions();
-    createMenus();
-    createToolBar();
-    createCentre();
+    // The status labels come first: building the panels already packs the glyph set, and every
+    // packing run reports through them.
     statusBar()->setObjectName(QStringLiteral("statusBar"));
     m_warningMessage = new QLabel(this);
     m_warningMessage->setObjectName(QStringLiteral("warningMessage"));
@@ -66,6 +82,11 @@ MainWindowController::MainWindowController(TopMenuController* app, const QString
     m_lastclickedglyph->setObjectName(QStringLiteral("lastclickedglyph"));
     statusBar()->addWidget(m_lastclickedglyph, 1);
     statusBar()->addPermanentWidget(m_warningMessage);
+    createActions();
+    createMenus();
+    createToolBar();
+    createCentre();
+    createInspector();
     resize(1200, 800);
 
     // The window reflects unsaved changes as they happen anywhere in the core.
@@ -117,6 +138,7 @@ void MainWindowController::createActions()
          [this] { m_canvas->zoomToFit(m_canvasScroll->viewport()->size()); });
     make("actionSavePreviewPng", tr("Save Preview as &PNG…"), QKeySequence(), [this] { savePreviewPngClicked(); });
     make("actionHelp", tr("Quillmark &Help"), QKeySequence::HelpContents, [this] { m_app->showHelp(); });
+    make("actionPublish", tr("&Publish…"), QKeySequence(tr("Ctrl+Shift+P")), [this] { openPublishSheet(); });
 }
 
 void MainWindowController::createMenus()
@@ -152,6 +174,10 @@ void MainWindowController::createMenus()
     view->addAction(action(QStringLiteral("actionZoomOut")));
     view->addAction(action(QStringLiteral("actionActualSize")));
     view->addAction(action(QStringLiteral("actionZoomToFit")));
+
+    QMenu* publish = menuBar()->addMenu(tr("&Publish"));
+    publish->setObjectName(QStringLiteral("menuPublish"));
+    publish->addAction(action(QStringLiteral("actionPublish")));
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->setObjectName(QStringLiteral("menuHelp"));
@@ -213,6 +239,8 @@ void MainWindowController::createToolBar()
     bar->addAction(action(QStringLiteral("actionZoomIn")));
     bar->addAction(action(QStringLiteral("actionActualSize")));
     bar->addAction(action(QStringLiteral("actionZoomToFit")));
+    bar->addSeparator();
+    bar->addAction(action(QStringLiteral("actionPublish")));
 }
 
 void MainWindowController::createCentre()
@@ -224,7 +252,99 @@ void MainWindowController::createCentre()
     m_canvasScroll->setWidgetResizable(false);
     m_canvasScroll->setAlignment(Qt::AlignCenter);
     m_canvasScroll->setBackgroundRole(QPalette::Dark);
-    setCentralWidget(m_canvasScroll);
+}
+
+SFBInspectorView* MainWindowController::addInspectorPage(const QString& identifier, const QString& label,
+                                                         const QString& toolTip)
+{
+    m_selector->addItem(identifier, label, QIcon(), toolTip);
+    auto* inspector = new SFBInspectorView;
+    inspector->setObjectName(identifier + QStringLiteral("Inspector"));
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(identifier + QStringLiteral("Scroll"));
+    scroll->setWidget(inspector);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_inspectorPages->addWidget(scroll);
+    return inspector;
+}
+
+void MainWindowController::createInspector()
+{
+    ProjectDocument& doc = *m_document;
+    sharedAppState& state = doc.state();
+    TextureView& view = doc.view();
+    m_wells = new ColorWellGroup(this);
+    m_fontPanel = new FontPanel(doc.fontList(), state);
+    m_metricsPanel = new FontMetricsPanel(state, view);
+    m_characterPanel = new CharacterPanel(doc.characterSet(), state);
+    m_texturePanel = new TexturePanel(state, *m_wells);
+    m_packingPanel = new PackingPanel(state);
+    m_colorPanel = new ColorToolsPanel(state, *m_wells, this);
+    m_outputPanel = new OutputPanel(state, this);
+    m_glyphEditor = new GlyphEditorPanel;
+    m_glyphEditor->setState(&state);
+
+    m_selector = new SFBViewSelectorBar;
+    m_selector->setObjectName(QStringLiteral("viewSelector"));
+    m_inspectorPages = new QStackedWidget;
+    m_inspectorPages->setObjectName(QStringLiteral("inspectorPages"));
+    SFBInspectorView* font = addInspectorPage(QStringLiteral("font"), tr("Font"), tr("Font, face and metrics"));
+    font->addPane(QStringLiteral("fontList"), tr("Font"), m_fontPanel);
+    font->addPane(QStringLiteral("fontMetrics"), tr("Size and Spacing"), m_metricsPanel);
+    SFBInspectorView* chars =
+        addInspectorPage(QStringLiteral("characters"), tr("Characters"), tr("The characters of the font"));
+    chars->addPane(QStringLiteral("characterSet"), tr("Characters"), m_characterPanel);
+    SFBInspectorView* style = addInspectorPage(QStringLiteral("style"), tr("Style"), tr("Fill, outline and shadow"));
+    style->addPane(QStringLiteral("colorTools"), tr("Fill, Outline, Shadow"), m_colorPanel);
+    SFBInspectorView* texture =
+        addInspectorPage(QStringLiteral("texture"), tr("Texture"), tr("Texture size and packing"));
+    texture->addPane(QStringLiteral("textureSize"), tr("Texture"), m_texturePanel);
+    texture->addPane(QStringLiteral("packing"), tr("Packing"), m_packingPanel);
+    SFBInspectorView* glyph =
+        addInspectorPage(QStringLiteral("glyph"), tr("Glyph"), tr("Corrections of single glyphs; output"));
+    glyph->addPane(QStringLiteral("glyphEditor"), tr("Glyph Editor"), m_glyphEditor);
+    glyph->addPane(QStringLiteral("output"), tr("Output"), m_outputPanel);
+    connect(m_selector, &SFBViewSelectorBar::selectedIndexChanged, m_inspectorPages, &QStackedWidget::setCurrentIndex);
+
+    auto* side = new QWidget;
+    side->setObjectName(QStringLiteral("inspector"));
+    auto* layout = new QVBoxLayout(side);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_selector);
+    layout->addWidget(m_inspectorPages, 1);
+    side->setMinimumWidth(m_selector->sizeHint().width() + 8); // every selector label in full
+
+    auto* split = new QSplitter(Qt::Horizontal, this);
+    split->setObjectName(QStringLiteral("mainSplitter"));
+    split->addWidget(side);
+    split->addWidget(m_canvasScroll);
+    split->setStretchFactor(1, 1);
+    split->setSizes({390, 810});
+    setCentralWidget(split);
+
+    // Changes that the text preview shows lay it out again.
+    const auto preview = [this] { updatePreview(); };
+    connect(m_texturePanel, &TexturePanel::previewNeedsUpdate, this, preview);
+    connect(m_packingPanel, &PackingPanel::previewNeedsUpdate, this, preview);
+    connect(m_metricsPanel, &FontMetricsPanel::previewNeedsUpdate, this, preview);
+    connect(m_colorPanel, &ColorToolsPanel::previewNeedsUpdate, this, preview);
+    connect(m_glyphEditor, &GlyphEditorPanel::glyphEdited, this, preview);
+    connect(m_fontPanel, &FontPanel::fontChanged, m_metricsPanel, &FontMetricsPanel::showLineMetrics);
+    connect(m_colorPanel, &ColorToolsPanel::previewBackgroundColorChanged, this, [this](const Color& color) {
+        m_document->view().loadpreviewbgSizeAndColor(
+            TextureView::previewBackgroundSize(m_previewBackground->currentData().toInt()), color);
+    });
+
+    m_publishRun = std::make_unique<PublishRun>(state, view, this);
+    m_publishSheet = new PublishSheet(doc.publishPanel(), doc.buildWizard(), *m_publishRun, state, this, this);
+}
+
+void MainWindowController::openPublishSheet()
+{
+    m_publishSheet->openSheet();
 }
 
 void MainWindowController::updateMenus()
@@ -291,7 +411,10 @@ void MainWindowController::savePreviewPngClicked()
 
 void MainWindowController::updateWarningMessage(const QString& message)
 {
+    // Every packing run ends here, and automatic sizing may have changed the texture size.
     m_warningMessage->setText(message);
+    if (m_texturePanel)
+        m_texturePanel->showTextureSize();
 }
 
 void MainWindowController::updateClickedGlyph(const QString& text)
@@ -299,7 +422,12 @@ void MainWindowController::updateClickedGlyph(const QString& text)
     m_lastclickedglyph->setText(text);
 }
 
-void MainWindowController::showGlyphDetails(CAGlyphLayer*) {}
+void MainWindowController::showGlyphDetails(CAGlyphLayer* layer)
+{
+    m_glyphEditor->showGlyphDetails(layer);
+    if (layer && m_selector)
+        m_selector->selectItemWithIdentifier(QStringLiteral("glyph"));
+}
 
 int MainWindowController::runAlert(const QString& message, const QString& informativeText, const QStringList& buttons)
 {
@@ -320,7 +448,11 @@ int MainWindowController::runAlert(const QString& message, const QString& inform
     return int(added.indexOf(static_cast<QPushButton*>(box.clickedButton())));
 }
 
-void MainWindowController::appendPublishLog(const QString&) {}
+void MainWindowController::appendPublishLog(const QString& text)
+{
+    if (m_publishSheet)
+        m_publishSheet->appendPublishLog(text);
+}
 
 QString MainWindowController::chooseFileToOpen(const QString& title, const QStringList& extensions)
 {
@@ -348,6 +480,15 @@ QString MainWindowController::chooseDirectory(const QString& title)
 
 void MainWindowController::reloadInterfaceParamters()
 {
+    m_fontPanel->reloadFromSettings();
+    m_metricsPanel->reloadFromSettings();
+    m_characterPanel->reloadFromSettings();
+    m_texturePanel->reloadFromSettings();
+    m_packingPanel->reloadFromSettings();
+    m_colorPanel->reloadFromSettings();
+    m_outputPanel->reloadFromSettings();
+    m_publishSheet->reloadFromSettings();
+    m_glyphEditor->updateCurrentGlyphDetails();
     m_previewText->setText(m_document->previewText());
     m_previewOrTexture->button(m_document->state().isinpreviewmode() ? 1 : 0)->setChecked(true);
     setWindowModified(m_document->state().configchanged());

@@ -13,11 +13,25 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QScrollArea;
+class QStackedWidget;
 
 namespace qm {
 
 class CanvasWidget;
+class CharacterPanel;
+class ColorToolsPanel;
+class ColorWellGroup;
+class FontMetricsPanel;
+class FontPanel;
+class GlyphEditorPanel;
+class OutputPanel;
+class PackingPanel;
 class ProjectDocument;
+class PublishRun;
+class PublishSheet;
+class SFBInspectorView;
+class SFBViewSelectorBar;
+class TexturePanel;
 class TopMenuController;
 
 /// One document window: a project, its canvas and its panels. It is the window controller the
@@ -77,6 +91,10 @@ private:
     void createMenus();
     void createToolBar();
     void createCentre();
+    void createInspector();
+    /// One inspector page of collapsible panes, chosen by an item of the selector bar.
+    SFBInspectorView* addInspectorPage(const QString& identifier, const QString& label, const QString& toolTip);
+    void openPublishSheet();
     void updateMenus();
     void setZoomFromControl();
 
@@ -91,6 +109,20 @@ private:
     QComboBox* m_previewBackground = nullptr;
     QLabel* m_warningMessage = nullptr;
     QLabel* m_lastclickedglyph = nullptr;
+
+    SFBViewSelectorBar* m_selector = nullptr;
+    QStackedWidget* m_inspectorPages = nullptr;
+    ColorWellGroup* m_wells = nullptr;
+    FontPanel* m_fontPanel = nullptr;
+    FontMetricsPanel* m_metricsPanel = nullptr;
+    CharacterPanel* m_characterPanel = nullptr;
+    TexturePanel* m_texturePanel = nullptr;
+    PackingPanel* m_packingPanel = nullptr;
+    ColorToolsPanel* m_colorPanel = nullptr;
+    OutputPanel* m_outputPanel = nullptr;
+    GlyphEditorPanel* m_glyphEditor = nullptr;
+    std::unique_ptr<PublishRun> m_publishRun;
+    PublishSheet* m_publishSheet = nullptr;
 };
 
 } // namespace qm

@@ -41,7 +41,9 @@ QSize SFBViewSelectorBarItem::sizeHint() const
 {
     const QFontMetrics fm = fontMetrics();
     const bool hasImage = !icon().isNull();
-    const int w = std::max(fm.horizontalAdvance(text()), hasImage ? iconSize().width() : 0) + 2 * kPadX;
+    // A few pixels beyond the rounded advance: painted text can measure a fraction wider, and a
+    // label elided for that would read "Fo…".
+    const int w = std::max(fm.horizontalAdvance(text()) + 4, hasImage ? iconSize().width() : 0) + 2 * kPadX;
     const int h = fm.height() + 2 * kPadY + (hasImage ? iconSize().height() + kGap : 0);
     return QSize(std::max(w, h), h);
 }
