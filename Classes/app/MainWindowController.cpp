@@ -382,15 +382,19 @@ void MainWindowController::closeEvent(QCloseEvent* event)
 
 void MainWindowController::previewOrTextureChanged(bool preview)
 {
+    TextureView& view = m_document->view();
+    if (preview && view.bgpreviewLayer()->bounds().isEmpty())
+        view.loadpreviewbgSizeAndColor(TextureView::previewBackgroundSize(m_previewBackground->currentData().toInt()),
+                                       m_document->state().prevBgColor());
     m_document->previewOrTextureChanged(preview);
     m_previewOrTexture->button(preview ? 1 : 0)->setChecked(true);
-    if (preview)
-        QTimer::singleShot(0, this, [this] {
-            // The preview canvas is large: show its middle, where the text is laid out.
-            m_canvasScroll->ensureVisible(m_canvas->width() / 2, m_canvas->height() / 2,
-                                          m_canvasScroll->viewport()->width() / 2,
-                                          m_canvasScroll->viewport()->height() / 2);
-        });
+    m_canvas->refresh();
+    if (preview) {
+        // The preview canvas is large: show the laid-out text in the middle of the view.
+        const QPointF centre = m_canvas->widgetPoint(view.boundingBoxPreview()->position());
+        m_canvasScroll->ensureVisible(int(centre.x()), int(centre.y()), m_canvasScroll->viewport()->width() / 2,
+                                      m_canvasScroll->viewport()->height() / 2);
+    }
     updateMenus();
 }
 

@@ -152,13 +152,17 @@ void CanvasWidget::poll()
         updateSize();
     }
     const qint64 now = m_clock.elapsed();
+    bool ended = false;
     for (auto it = m_moves.begin(); it != m_moves.end();) {
-        if (now - it->startMs >= qint64(it->duration * 1000))
+        if (now - it->startMs >= qint64(it->duration * 1000)) {
             it = m_moves.erase(it);
-        else
+            ended = true;
+        } else {
             ++it;
+        }
     }
-    if (changed || !m_moves.isEmpty())
+    // A move that just ended still needs its last frame: the layer at its model position.
+    if (changed || ended || !m_moves.isEmpty())
         update();
 }
 

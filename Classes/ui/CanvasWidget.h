@@ -39,6 +39,8 @@ public:
     bool isAnimating() const { return !m_moves.isEmpty(); }
 
     QSize sizeHint() const override;
+    /// Takes in the canvas's changes now (size, moves) instead of at the next frame.
+    void refresh() { poll(); }
 
 signals:
     /// The canvas changed its size (packing or the preview switch).
