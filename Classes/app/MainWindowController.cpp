@@ -29,7 +29,6 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QImageWriter>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -409,7 +408,7 @@ void MainWindowController::savePreviewPngClicked()
     if (path.isEmpty())
         return;
     const QImage image = m_document->view().getPreviewImg();
-    if (image.isNull() || !QImageWriter(path, "png").write(image))
+    if (image.isNull() || !PublishRun::writePngFile(image, path))
         runAlert(tr("Save Preview"), tr("The preview could not be saved to '%1'.").arg(path), {tr("Ok")});
 }
 

@@ -6,6 +6,7 @@
 #include "Classes/publish/PublishRun.h"
 
 #include <QFileInfo>
+#include <QImage>
 #include <QTextStream>
 
 namespace qm {
@@ -21,6 +22,8 @@ const char* const kUsage =
     "  fonts [--search TEXT]               list the font families\n"
     "  blocks                              list the Unicode blocks that --block takes\n"
     "  info PROJECT                        show a project's settings, glyphs and targets\n"
+    "  preview PROJECT --out FILE.png [--text TEXT]\n"
+    "                                      render sample text with a project's glyphs\n"
     "\n"
     "  quillmark <command> --help          the options of a command\n"
     "  quillmark --version                 the program's version\n"
@@ -51,6 +54,18 @@ const char* const kInfoUsage =
     "\n"
     "Shows a project's font and style settings, its glyphs (how many, how many fit on\n"
     "the texture) and its publish targets.\n";
+
+const char* const kPreviewUsage =
+    "usage: quillmark preview PROJECT --out FILE.png [--text TEXT]\n"
+    "\n"
+    "Lays out TEXT with the project's glyphs, as the desktop program's preview does, and\n"
+    "writes it as a PNG cropped to the text on the preview background colour. A backslash\n"
+    "followed by n starts a new line, as in the preview field. Without --text, the\n"
+    "project's stored preview text is used. Characters that are not in the project's\n"
+    "glyph set are left out.\n"
+    "\n"
+    "Exit status: 0 when the image was written; 1 when the project cannot be read, none of\n"
+    "the text's characters has a glyph, or the image cannot be written.\n";
 
 const char* const kBlocksUsage =
     "usage: quillmark blocks\n"
@@ -105,6 +120,8 @@ int CommandLine::run(const QStringList& arguments)
         status = runBlocks(args);
     } else if (command == QLatin1String("info")) {
         status = runInfo(args);
+    } else if (command == QLatin1String("preview")) {
+        status = runPreview(args);
     } else {
         m_err << "quillmark: unknown command '" << command << "'\n\n" << kUsage;
     }
@@ -197,6 +214,61 @@ int CommandLine::runInfo(const QStringList& args)
     if (!document.openfileproject(project, &error))
         return fail(command, error, Failed);
     printInfo(document);
+    return Ok;
+}
+
+int CommandLine::runPreview(const QStringList& args)
+{
+    const QString command = QStringLiteral("preview");
+    if (args.contains(QLatin1String("--help"))) {
+        m_out << kPreviewUsage;
+        return Ok;
+    }
+    QString project;
+    QString out;
+    QString text;
+    bool hasText = false;
+    QStringList rest;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& arg = args[i];
+        const bool isOut = arg == QLatin1String("--out"), isText = arg == QLatin1String("--text");
+        if (isOut || isText) {
+            if (i + 1 >= args.size())
+                return fail(command, QStringLiteral("%1 needs a value (see quillmark preview --help)").arg(arg), Usage);
+            (isOut ? out : text) = args[++i];
+            hasText = hasText || isText;
+        } else if (arg.startsWith(QLatin1String("--out="))) {
+            out = arg.mid(6);
+        } else if (arg.startsWith(QLatin1String("--text="))) {
+            text = arg.mid(7);
+            hasText = true;
+        } else {
+            rest.append(arg);
+        }
+    }
+    if (const QString error = projectArguments(rest, &project, nullptr); !error.isEmpty())
+        return fail(command, error + QStringLiteral(" (see quillmark preview --help)"), Usage);
+    if (out.isEmpty())
+        return fail(command, QStringLiteral("no output file given: --out FILE.png"), Usage);
+
+    CommandLineController controller(m_out, m_err);
+    ProjectDocument document(&controller);
+    // The preview shows the project's own font, as publishing does.
+    document.setRefusesMissingFonts(true);
+    QString error;
+    if (!document.openfileproject(project, &error))
+        return fail(command, error, Failed);
+    if (hasText)
+        document.previewTextChanged(text);
+    document.previewOrTextureChanged(true);
+    const QImage image = document.view().getPreviewImg();
+    if (image.isNull())
+        return fail(command,
+                    QStringLiteral("nothing to draw: none of the text's characters has a glyph in '%1'").arg(project),
+                    Failed);
+    if (!PublishRun::writePngFile(image, out))
+        return fail(command, QStringLiteral("cannot write '%1'").arg(out), Failed);
+    m_out << out << " (" << image.width() << 'x' << image.height() << ")\n";
     return Ok;
 }
 

@@ -10,8 +10,8 @@ namespace qm {
 class ProjectDocument;
 struct PublishResult;
 
-/// The headless commands of the quillmark program (publish, generate, fonts, blocks, info).
-/// Reads nothing but its arguments and the files they name, writes results to `out` and
+/// The headless commands of the quillmark program (publish, generate, fonts, blocks, info,
+/// preview). Reads nothing but its arguments and the files they name, writes results to `out` and
 /// messages to `err`, never opens a window, and answers an exit status. The program's main and
 /// the tests both run commands through this class.
 class CommandLine
@@ -46,6 +46,7 @@ private:
     int runFonts(const QStringList& args);
     int runBlocks(const QStringList& args);
     int runInfo(const QStringList& args);
+    int runPreview(const QStringList& args);
 
     /// Runs the project's publish targets (or the named ones) and turns the result into a status.
     int publish(ProjectDocument& document, const QStringList& targetNames, const QString& command);

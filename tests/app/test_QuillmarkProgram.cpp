@@ -355,3 +355,44 @@ TEST(QuillmarkProgram, PublishRefusesAProjectWhoseFontIsGone)
     EXPECT_TRUE(gone.err.contains("'Quillmark Vanishing', which is not installed")) << qPrintable(gone.err);
     EXPECT_FALSE(QFileInfo::exists(dir.filePath("out")));
 }
+
+TEST(QuillmarkProgram, PreviewRendersSampleTextHeadless)
+{
+    QTemporaryDir dir;
+    const Outcome generated = quillmark({"generate", "--font", "DejaVu Sans", "--size", "30", "--chars", "AVTo",
+                                         "--out", dir.filePath("out/font"), "--save", dir.filePath("p.quillmark")});
+    ASSERT_EQ(generated.status, 0) << qPrintable(generated.err);
+    const QString project = dir.filePath("p.quillmark");
+
+    const Outcome one = quillmark({"preview", project, "--text", "AVTo", "--out", dir.filePath("one.png")});
+    ASSERT_EQ(one.status, 0) << qPrintable(one.err);
+    const QImage line(dir.filePath("one.png"));
+    ASSERT_FALSE(line.isNull());
+    // A backslash-n breaks the line, as in the preview field; unknown characters are left out.
+    const Outcome two = quillmark({"preview", project, "--text=AVTo\\nToZ", "--out=" + dir.filePath("two.png")});
+    ASSERT_EQ(two.status, 0) << qPrintable(two.err);
+    const QImage lines(dir.filePath("two.png"));
+    EXPECT_EQ(lines.width(), line.width());
+    EXPECT_GT(lines.height(), line.height() + 20);
+
+    int inked = 0;
+    for (int y = 0; y < line.height(); ++y)
+        for (int x = 0; x < line.width(); ++x)
+            inked += qAlpha(line.pixel(x, y)) > 128 ? 1 : 0;
+    EXPECT_GT(inked, 200);
+    EXPECT_TRUE(one.out.contains(QStringLiteral("%1x%2").arg(line.width()).arg(line.height()))) << qPrintable(one.out);
+
+    const Outcome nothing = quillmark({"preview", project, "--text", "ZZ", "--out", dir.filePath("z.png")});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(nothing.err.contains("nothing to draw")) << qPrintable(nothing.err);
+    EXPECT_FALSE(QFileInfo::exists(dir.filePath("z.png")));
+
+    const Outcome noOut = quillmark({"preview", project, "--text", "A"});
+    EXPECT_EQ(noOut.status, 2);
+    EXPECT_TRUE(noOut.err.contains("--out")) << qPrintable(noOut.err);
+    const Outcome unwritable = quillmark({"preview", project, "--text", "A", "--out", dir.filePath("one.png/x.png")});
+    EXPECT_EQ(unwritable.status, 1);
+    EXPECT_TRUE(unwritable.err.contains("cannot write")) << qPrintable(unwritable.err);
+    const Outcome missing = quillmark({"preview", dir.filePath("none.quillmark"), "--out", dir.filePath("n.png")});
+    EXPECT_EQ(missing.status, 1);
+}
