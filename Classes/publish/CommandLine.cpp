@@ -196,6 +196,17 @@ static QString projectArguments(const QStringList& args, QString* project, QStri
     return project->isEmpty() ? QStringLiteral("no project file given") : QString();
 }
 
+bool CommandLine::openProject(ProjectDocument& document, const QString& path, const QString& command)
+{
+    // A project is published, shown and previewed in the font it was made with, or not at all.
+    document.setRefusesMissingFonts(true);
+    QString error;
+    if (document.openfileproject(path, &error))
+        return true;
+    fail(command, error, Failed);
+    return false;
+}
+
 int CommandLine::runInfo(const QStringList& args)
 {
     const QString command = QStringLiteral("info");
@@ -208,11 +219,8 @@ int CommandLine::runInfo(const QStringList& args)
         return fail(command, error + QStringLiteral(" (see quillmark info --help)"), Usage);
     CommandLineController controller(m_out, m_err);
     ProjectDocument document(&controller);
-    // A project is published in the font it was made with, or not at all.
-    document.setRefusesMissingFonts(true);
-    QString error;
-    if (!document.openfileproject(project, &error))
-        return fail(command, error, Failed);
+    if (!openProject(document, project, command))
+        return Failed;
     printInfo(document);
     return Ok;
 }
@@ -253,11 +261,8 @@ int CommandLine::runPreview(const QStringList& args)
 
     CommandLineController controller(m_out, m_err);
     ProjectDocument document(&controller);
-    // The preview shows the project's own font, as publishing does.
-    document.setRefusesMissingFonts(true);
-    QString error;
-    if (!document.openfileproject(project, &error))
-        return fail(command, error, Failed);
+    if (!openProject(document, project, command))
+        return Failed;
     if (hasText)
         document.previewTextChanged(text);
     document.previewOrTextureChanged(true);
@@ -285,11 +290,8 @@ int CommandLine::runPublish(const QStringList& args)
         return fail(command, error + QStringLiteral(" (see quillmark publish --help)"), Usage);
     CommandLineController controller(m_out, m_err);
     ProjectDocument document(&controller);
-    // A project is published in the font it was made with, or not at all.
-    document.setRefusesMissingFonts(true);
-    QString error;
-    if (!document.openfileproject(project, &error))
-        return fail(command, error, Failed);
+    if (!openProject(document, project, command))
+        return Failed;
     const PublishTargets& stored = document.state().targetsPublish();
     if (stored.isEmpty())
         return fail(command, QStringLiteral("project '%1' has no publish targets").arg(project), Failed);

@@ -48,6 +48,8 @@ private:
     int runInfo(const QStringList& args);
     int runPreview(const QStringList& args);
 
+    /// Opens a project file for a project command; on failure says why and answers false.
+    bool openProject(ProjectDocument& document, const QString& path, const QString& command);
     /// Runs the project's publish targets (or the named ones) and turns the result into a status.
     int publish(ProjectDocument& document, const QStringList& targetNames, const QString& command);
     /// The settings, glyphs and targets of an open project, as the info command shows them.
