@@ -97,7 +97,13 @@ MainWindowController::MainWindowController(TopMenuController* app, const QString
     watch->start(250);
 }
 
-MainWindowController::~MainWindowController() = default;
+MainWindowController::~MainWindowController()
+{
+    // The sheets, the panels and the canvas use the document, which members outlive only until
+    // this body ends; QWidget would delete them later.
+    delete m_publishSheet;
+    delete takeCentralWidget();
+}
 
 QAction* MainWindowController::action(const QString& objectName) const
 {
