@@ -51,6 +51,17 @@ int headerValue(const QString& descriptor, const char* key)
     return m.hasMatch() ? m.captured(1).toInt() : -1;
 }
 
+/// The rectangle a text descriptor gives a character.
+QRect charRect(const QString& descriptor, int id)
+{
+    const QRegularExpression re(
+        QStringLiteral("char id=%1 +x=(\\d+) +y=(\\d+) +width=(\\d+) +height=(\\d+)").arg(id));
+    const QRegularExpressionMatch m = re.match(descriptor);
+    return m.hasMatch() ? QRect(m.captured(1).toInt(), m.captured(2).toInt(), m.captured(3).toInt(),
+                                m.captured(4).toInt())
+                        : QRect();
+}
+
 /// Shows an inspector page by clicking its item in the window's selector bar.
 void showPage(MainWindowController* w, const QString& identifier)
 {
@@ -116,6 +127,7 @@ TEST(WindowEndToEnd, NewWindowToFourPublishedFiles)
     type(colourPanel->strokeSize(), QStringLiteral("2"));
     ASSERT_EQ(state.fillGMode(), 3);
     ASSERT_TRUE(state.stroke());
+    ASSERT_FLOAT_EQ(state.strokeSize(), 2.0f);
 
     // Two targets from the wizard of the publish sheet, opened from the Publish menu.
     w->action(QStringLiteral("actionPublish"))->trigger();
@@ -153,6 +165,24 @@ TEST(WindowEndToEnd, NewWindowToFourPublishedFiles)
     EXPECT_LT(sdPng.width() * sdPng.height(), hdPng.width() * hdPng.height());
     EXPECT_TRUE(hdFnt.contains(QStringLiteral("file=\"Title-hd.png\"")));
     EXPECT_EQ(headerValue(hdFnt, "count"), 96);
+
+    // The published "M" carries the style: a black outline around an orange-to-yellow fill.
+    const QImage hd(dir.filePath(QStringLiteral("Title-hd.png")));
+    const QRect m = charRect(hdFnt, 'M');
+    ASSERT_TRUE(!m.isEmpty() && hd.rect().contains(m)) << qPrintable(hdFnt.left(400));
+    int outline = 0, orange = 0, yellow = 0;
+    for (int y = m.top(); y <= m.bottom(); ++y)
+        for (int x = m.left(); x <= m.right(); ++x) {
+            const QColor c = hd.pixelColor(x, y);
+            if (c.alpha() < 250)
+                continue;
+            outline += c.red() < 40 && c.green() < 40 && c.blue() < 40;
+            orange += c.red() > 230 && c.green() > 140 && c.green() < 200 && c.blue() < 40;
+            yellow += c.red() > 230 && c.green() > 235 && c.blue() < 40;
+        }
+    EXPECT_GT(outline, 50);
+    EXPECT_GT(orange, 5);
+    EXPECT_GT(yellow, 5);
     // Publishing leaves the project as it was; the project is still to be saved.
     EXPECT_EQ(state.glyphSize(), 50);
     EXPECT_EQ(w->document().view().getCAGlyphLayer(u'A')->glyphBitmap().glyphsize(), 50);

@@ -130,7 +130,7 @@ TEST(Descriptors, KerningAmountsTruncateTowardZero)
 {
     // 100 units at size 20 make 2000: below one pixel, left out. At 21: 2100 / 2048 = 1, and
     // -100 gives -1.
-    auto kerningLines = [](int size, int value) {
+    auto descriptor = [](int size, int value) {
         sharedAppState state;
         TextureView view;
         state.setTxtView(&view);
@@ -140,12 +140,17 @@ TEST(Descriptors, KerningAmountsTruncateTowardZero)
         state.setTextGlyph(QStringLiteral("AV"));
         state.setKerningTable(KerningTable{{{u'A', u'V'}, value}});
         state.setCmapTable(CmapTable{{36, u'A'}});
-        return lineStartingWith(view.getFontplist(100, "t.png", 1, "F", 100), "kerning");
+        return view.getFontplist(100, "t.png", 1, "F", 100);
     };
-    EXPECT_EQ(kerningLines(20, 100), QStringLiteral("kernings count=0"));
-    EXPECT_EQ(kerningLines(21, 100), QStringLiteral("kernings count=1"));
-    sharedAppState s;
-    EXPECT_TRUE(kerningLines(21, -100).startsWith(QStringLiteral("kernings count=1")));
+    const QString below = descriptor(20, 100);
+    EXPECT_EQ(lineStartingWith(below, "kernings"), QStringLiteral("kernings count=0"));
+    EXPECT_FALSE(below.contains(QStringLiteral("kerning first=")));
+    const QString positive = descriptor(21, 100);
+    EXPECT_EQ(lineStartingWith(positive, "kernings"), QStringLiteral("kernings count=1"));
+    EXPECT_EQ(lineStartingWith(positive, "kerning first"), QStringLiteral("kerning first=65 second=86 amount=1"));
+    // Toward zero, not down: -2100 / 2048 is -1, where flooring would give -2.
+    EXPECT_EQ(lineStartingWith(descriptor(21, -100), "kerning first"),
+              QStringLiteral("kerning first=65 second=86 amount=-1"));
 }
 
 TEST(Descriptors, SpriteSheetPropertyList)

@@ -7,6 +7,7 @@
 #include "tests/publish/RecordingController.h"
 
 #include <QDir>
+#include <QImageReader>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -184,8 +185,10 @@ TEST_F(PublishRunTest, TextureOnlyTargetWithoutFileNameIsNamedByItsSuffix)
                                           QStringLiteral("/-hd.png ")))
         << qPrintable(controller.log);
     EXPECT_FALSE(controller.log.contains(QLatin1String("coordinates")));
-    EXPECT_TRUE(controller.log.endsWith(QLatin1String("]\n")));
-    EXPECT_EQ(result.filesOk + result.filesFailed, 1);
+    EXPECT_TRUE(controller.log.endsWith(QLatin1String("[Ok]\n"))) << qPrintable(controller.log);
+    EXPECT_EQ(result.filesOk, 1);
+    EXPECT_EQ(result.filesFailed, 0);
+    EXPECT_EQ(QImageReader(dir.filePath(QStringLiteral("-hd.png"))).size(), QSize(state.width(), state.height()));
 }
 
 TEST_F(PublishRunTest, FileNamesFollowTheFormat)
