@@ -20,6 +20,7 @@
 #include "Classes/ui/SFBViewSelectorBar.h"
 #include "Classes/ui/TexturePanel.h"
 #include "Classes/ui/WizardSheet.h"
+#include "Platform/files/SaveFile.h"
 
 #include <QAction>
 #include <QApplication>
@@ -414,7 +415,7 @@ void MainWindowController::savePreviewPngClicked()
     if (path.isEmpty())
         return;
     const QImage image = m_document->view().getPreviewImg();
-    if (image.isNull() || !PublishRun::writePngFile(image, path))
+    if (image.isNull() || !savePngFile(image, path))
         runAlert(tr("Save Preview"), tr("The preview could not be saved to '%1'.").arg(path), {tr("Ok")});
 }
 

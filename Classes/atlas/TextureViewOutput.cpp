@@ -6,11 +6,10 @@
 #include "Classes/model/Format.h"
 #include "Classes/model/sharedAppState.h"
 #include "Classes/render/CAGlyphLayer.h"
+#include "Platform/files/SaveFile.h"
 
 #include <QDir>
-#include <QImageWriter>
 #include <QPainter>
-#include <QSaveFile>
 
 #include <cmath>
 
@@ -38,21 +37,6 @@ void drawScaled(QPainter& painter, const QRectF& target, const QImage& image, in
         return;
     }
     painter.drawImage(target, image);
-}
-
-/// Writes a PNG (straight alpha, as PNG stores it) through a temporary file, so a failed write
-/// leaves no partial file behind.
-bool writePng(const QImage& image, const QString& path)
-{
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    QImageWriter writer(&file, "png");
-    if (!writer.write(image)) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
 }
 
 } // namespace
@@ -112,7 +96,7 @@ bool TextureView::getMultipleTexture(float scale, int, const QString& dir, const
             painter.setRenderHint(QPainter::SmoothPixmapTransform, true);
             painter.drawImage(QRectF(0, 0, w, h), layer->glyphBitmap().glyphImage());
             painter.end();
-            result = writePng(image, format("%@/%i%@.png", {dir, int(layer->glyphBitmap().charname()), suffix}));
+            result = savePngFile(image, format("%@/%i%@.png", {dir, int(layer->glyphBitmap().charname()), suffix}));
         }
         if (!result)
             return false;

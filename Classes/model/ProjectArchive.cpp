@@ -2,9 +2,9 @@
 
 #include "Platform/archive/KeyedArchiver.h"
 #include "Platform/archive/KeyedUnarchiver.h"
+#include "Platform/files/SaveFile.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QSet>
 
 namespace qm {
@@ -97,19 +97,8 @@ bool ProjectArchive::writeFile(const QString& path, const sharedAppState& settin
         setError(error, QStringLiteral("%1: %2").arg(path, reason));
         return false;
     }
-    QSaveFile file(path);
-    // Unbuffered, so that a write the disk cuts short shows in write()'s count: buffered, Qt
-    // (6.4) committed a file cut at the size limit over the previous one.
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        setError(error, QStringLiteral("%1: %2").arg(path, file.errorString()));
-        return false;
-    }
-    if (file.write(bytes) != bytes.size() || !file.commit()) {
-        setError(error, QStringLiteral("%1: %2").arg(path, file.errorString()));
-        file.cancelWriting();
-        return false;
-    }
-    return true;
+    // The previous project stays whole whatever happens: never written in place.
+    return saveFile(path, bytes, InPlace::Never, error);
 }
 
 bool ProjectArchive::readFile(const QString& path, ProjectData* project, QString* error)

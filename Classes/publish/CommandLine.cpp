@@ -4,6 +4,7 @@
 #include "Classes/model/ProjectDocument.h"
 #include "Classes/publish/CommandLineController.h"
 #include "Classes/publish/PublishRun.h"
+#include "Platform/files/SaveFile.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -271,7 +272,7 @@ int CommandLine::runPreview(const QStringList& args)
         return fail(command,
                     QStringLiteral("nothing to draw: none of the text's characters has a glyph in '%1'").arg(project),
                     Failed);
-    if (!PublishRun::writePngFile(image, out))
+    if (!savePngFile(image, out))
         return fail(command, QStringLiteral("cannot write '%1'").arg(out), Failed);
     m_out << out << " (" << image.width() << 'x' << image.height() << ")\n";
     return Ok;

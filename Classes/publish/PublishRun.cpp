@@ -5,13 +5,12 @@
 #include "Classes/model/TextureController.h"
 #include "Classes/model/sharedAppState.h"
 #include "Classes/publish/ScaleText.h"
-#include "Platform/graphics/PngWriter.h"
+#include "Platform/files/SaveFile.h"
 #include "Platform/layers/Transaction.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
-#include <QSaveFile>
 
 #include <cmath>
 
@@ -111,37 +110,6 @@ PublishFiles PublishRun::filesOf(const PublishTarget& t) const
     files.textureName = format("%@%@.png", {t.file, t.suffix});
     files.descriptor = format(descriptorPattern(t.format), {files.directory, t.file, t.suffix});
     return files;
-}
-
-bool PublishRun::writePngFile(const QImage& image, const QString& path)
-{
-    if (image.isNull())
-        return false;
-    QSaveFile file(path);
-    // Where no temporary file can be made beside the target but the target itself is
-    // writable, write it in place; a failure is still reported.
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    if (!writePng(image, file)) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
-}
-
-bool PublishRun::writeTextFile(const QString& text, const QString& path)
-{
-    QSaveFile file(path);
-    file.setDirectWriteFallback(true);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    const QByteArray bytes = text.toUtf8();
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
 }
 
 void PublishRun::log(const QString& text)
@@ -271,7 +239,7 @@ void PublishRun::publishTarget(const PublishTarget& t, PublishResult& result)
         if (t.format == 7) {
             ok = m_view.getMultipleTexture(outputScale, t.quality, files.texture, t.suffix, outputScale);
         } else {
-            ok = writePngFile(m_view.getTexture(outputScale, t.quality, outputScale), files.texture);
+            ok = savePngFile(m_view.getTexture(outputScale, t.quality, outputScale), files.texture);
         }
         logResult(ok, result);
     }
@@ -293,7 +261,7 @@ void PublishRun::publishTarget(const PublishTarget& t, PublishResult& result)
             m_state.setSpaceWidth(int(scale / 100.0f * spaceWidth));
         }
         const QString text = m_view.getFontplist(outputScale, files.textureName, t.format, face, outputScale);
-        logResult(writeTextFile(text, files.descriptor), result);
+        logResult(saveFile(files.descriptor, text.toUtf8(), InPlace::WhenNoTemporaryFile), result);
     }
 
     m_state.setLineHeight(int(lineHeight));

@@ -75,11 +75,6 @@ public:
     /// The file names of a target, by the formats the descriptors and sheets have always used.
     PublishFiles filesOf(const PublishTarget& target) const;
 
-    /// Writes an image as a single-image PNG through a temporary file that replaces `path` only
-    /// when complete; false when the image is null or any step fails.
-    static bool writePngFile(const QImage& image, const QString& path);
-    /// Writes text as UTF-8, likewise never leaving a partly written file behind.
-    static bool writeTextFile(const QString& text, const QString& path);
 
 private:
     /// The redraw-affected settings of the project, as they were before a target scaled them.

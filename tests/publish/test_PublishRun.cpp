@@ -300,28 +300,4 @@ TEST_F(PublishRunTest, AutoCloseIsReportedEvenWhenFilesFailed)
     EXPECT_TRUE(result.autoClose);
 }
 
-TEST(PublishRunFiles, PngIsWrittenWholeOrNotAtAll)
-{
-    QTemporaryDir dir;
-    QImage image(7, 5, QImage::Format_RGBA8888_Premultiplied);
-    image.fill(Qt::transparent);
-    image.setPixelColor(3, 2, QColor(255, 0, 0, 128));
-    const QString path = dir.filePath(QStringLiteral("a.png"));
-    ASSERT_TRUE(PublishRun::writePngFile(image, path));
-    const QImage back(path);
-    EXPECT_EQ(back.size(), image.size());
-    EXPECT_EQ(back.pixelColor(3, 2).alpha(), 128);
-
-    EXPECT_FALSE(PublishRun::writePngFile(QImage(), dir.filePath(QStringLiteral("null.png"))));
-    EXPECT_FALSE(QFile::exists(dir.filePath(QStringLiteral("null.png"))));
-    EXPECT_FALSE(PublishRun::writePngFile(image, dir.filePath(QStringLiteral("missing/a.png"))));
-
-    ASSERT_TRUE(PublishRun::writeTextFile(QStringLiteral("face=\"Ünïcode\"\n"),
-                                          dir.filePath(QStringLiteral("d.fnt"))));
-    QFile text(dir.filePath(QStringLiteral("d.fnt")));
-    ASSERT_TRUE(text.open(QIODevice::ReadOnly));
-    EXPECT_EQ(text.readAll(), QByteArray("face=\"\xC3\x9Cn\xC3\xAF"
-                                         "code\"\n"));
-}
-
 } // namespace
