@@ -446,13 +446,26 @@ bool isPixelAlignedRect(const QPainterPath& path, const QTransform& transform, c
         return false;
     if (mapped != QRectF(mapped.toAlignedRect()))
         return false;
+    QPointF p[5];
     for (int i = 0; i < count; ++i) {
         const QPainterPath::Element& e = path.elementAt(i);
         if (e.type != (i == 0 ? QPainterPath::MoveToElement : QPainterPath::LineToElement))
             return false;
-        const QPointF p = transform.map(QPointF(e.x, e.y));
-        if ((p.x() != mapped.left() && p.x() != mapped.right()) ||
-            (p.y() != mapped.top() && p.y() != mapped.bottom()))
+        p[i] = transform.map(QPointF(e.x, e.y));
+        if ((p[i].x() != mapped.left() && p[i].x() != mapped.right()) ||
+            (p[i].y() != mapped.top() && p[i].y() != mapped.bottom()))
+            return false;
+    }
+    if (count == 5 && p[4] != p[0])
+        return false;
+    // Corners alone do not make a rectangle (a triangle closed back to its start has them too):
+    // every side, the closing one included, runs along exactly one axis, and the axes alternate.
+    for (int i = 0; i < 4; ++i) {
+        const QPointF a = p[i], b = p[(i + 1) % 4], c = p[(i + 2) % 4];
+        const bool alongX = a.y() == b.y() && a.x() != b.x();
+        const bool alongY = a.x() == b.x() && a.y() != b.y();
+        const bool nextAlongX = b.y() == c.y() && b.x() != c.x();
+        if (alongX == alongY || alongX == nextAlongX)
             return false;
     }
     return true;

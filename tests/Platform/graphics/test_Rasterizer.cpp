@@ -183,6 +183,28 @@ TEST(Rasterizer, RectanglesOnThePixelGridAndOff)
     EXPECT_EQ(at(partial, 8, 6), 191);
     EXPECT_EQ(at(partial, 5, 6), 255);
     EXPECT_TRUE(rasterizePath(aligned, QTransform(), QRect(10, 10, 5, 5), true).isEmpty());
+
+    // Shapes whose points all sit on a grid rectangle's corners are not that rectangle: a
+    // triangle closed back to its start, and a bow-tie, cover half of it.
+    auto total = [](const CoverageMask& m) {
+        long sum = 0;
+        for (uchar v : m.values)
+            sum += v;
+        return sum;
+    };
+    QPainterPath triangle;
+    triangle.moveTo(0, 0);
+    triangle.lineTo(10, 0);
+    triangle.lineTo(10, 10);
+    triangle.closeSubpath();
+    EXPECT_NEAR(total(rasterizePath(triangle, QTransform(), QRect(0, 0, 20, 20), true)), 50 * 255, 255);
+    QPainterPath bowTie;
+    bowTie.moveTo(0, 0);
+    bowTie.lineTo(10, 10);
+    bowTie.lineTo(10, 0);
+    bowTie.lineTo(0, 10);
+    bowTie.closeSubpath();
+    EXPECT_NEAR(total(rasterizePath(bowTie, QTransform(), QRect(0, 0, 20, 20), true)), 50 * 255, 255);
 }
 
 TEST(Rasterizer, StrokesMatchQtsStroker)
