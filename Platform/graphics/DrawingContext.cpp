@@ -211,45 +211,17 @@ void blendRow(BlendMode mode, quint32* dst, const quint32* src, const uchar* cov
 
 // ---- Gradients --------------------------------------------------------------------------------
 
-/// Premultiplied colours at t = i / kTableSize, interpolated unpremultiplied between the stops
-/// and held beyond the first and last. The last table is kept: a run of glyphs shares one.
+/// Premultiplied colours of the gradient at t = i / kTableSize. The last table is kept: a run
+/// of glyphs shares one.
 const std::vector<quint32>& gradientTable(const Gradient& gradient)
 {
     thread_local Gradient cachedGradient;
     thread_local std::vector<quint32> cached;
     if (!cached.empty() && cachedGradient == gradient)
         return cached;
-    cached.assign(kTableSize + 1, 0);
-    const QList<GradientStop>& stops = gradient.stops();
-    qsizetype next = 0;
-    for (int i = 0; i <= kTableSize; ++i) {
-        const double t = double(i) / kTableSize;
-        while (next < stops.size() && stops[next].location <= t)
-            ++next;
-        const Color* a = nullptr;
-        const Color* b = nullptr;
-        double f = 0;
-        if (next == 0) {
-            a = &stops.first().color;
-        } else if (next == stops.size()) {
-            a = &stops.last().color;
-        } else {
-            const GradientStop& s0 = stops[next - 1];
-            const GradientStop& s1 = stops[next];
-            a = &s0.color;
-            b = &s1.color;
-            const double span = s1.location - s0.location;
-            f = span > 0 ? (t - s0.location) / span : 0;
-        }
-        if (!b) {
-            cached[i] = premultiplied(*a);
-            continue;
-        }
-        auto mix = [f](double x, double y) { return x + (y - x) * f; };
-        cached[i] = premultiplied(
-            mix(a->redComponent(), b->redComponent()), mix(a->greenComponent(), b->greenComponent()),
-            mix(a->blueComponent(), b->blueComponent()), mix(a->alphaComponent(), b->alphaComponent()));
-    }
+    cached.resize(kTableSize + 1);
+    for (int i = 0; i <= kTableSize; ++i)
+        cached[i] = premultiplied(gradient.interpolatedColorAtLocation(double(i) / kTableSize));
     cachedGradient = gradient;
     return cached;
 }

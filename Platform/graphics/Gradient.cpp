@@ -30,28 +30,23 @@ Gradient Gradient::twoColor(const Color& start, const Color& end, Color::Space s
 
 Color Gradient::interpolatedColorAtLocation(double location) const
 {
-    if (m_stops.isEmpty())
-        return {};
-    if (location <= m_stops.first().location)
-        return m_stops.first().color;
-    if (location >= m_stops.last().location)
+    // The first stop after `location`: where stops share a location, the later one holds from
+    // there on, so a gradient can change colour abruptly.
+    qsizetype next = 0;
+    while (next < m_stops.size() && m_stops[next].location <= location)
+        ++next;
+    if (next == 0)
+        return m_stops.isEmpty() ? Color() : m_stops.first().color;
+    if (next == m_stops.size())
         return m_stops.last().color;
-    for (qsizetype i = 1; i < m_stops.size(); ++i) {
-        const GradientStop& b = m_stops[i];
-        if (location > b.location)
-            continue;
-        const GradientStop& a = m_stops[i - 1];
-        const double span = b.location - a.location;
-        const double t = span > 0 ? (location - a.location) / span : 1.0;
-        auto mix = [t](double x, double y) { return x + (y - x) * t; };
-        const Color& ca = a.color;
-        const Color& cb = b.color;
-        const Color mixed = Color::calibratedRGB(
-            mix(ca.redComponent(), cb.redComponent()), mix(ca.greenComponent(), cb.greenComponent()),
-            mix(ca.blueComponent(), cb.blueComponent()), mix(ca.alphaComponent(), cb.alphaComponent()));
-        return m_space == Color::Space::DeviceRGB ? mixed.toDeviceRGB() : mixed;
-    }
-    return m_stops.last().color;
+    const GradientStop& a = m_stops[next - 1];
+    const GradientStop& b = m_stops[next];
+    const double t = (location - a.location) / (b.location - a.location); // a < location < b
+    auto mix = [t](double x, double y) { return x + (y - x) * t; };
+    const Color mixed = Color::calibratedRGB(
+        mix(a.color.redComponent(), b.color.redComponent()), mix(a.color.greenComponent(), b.color.greenComponent()),
+        mix(a.color.blueComponent(), b.color.blueComponent()), mix(a.color.alphaComponent(), b.color.alphaComponent()));
+    return m_space == Color::Space::DeviceRGB ? mixed.toDeviceRGB() : mixed;
 }
 
 } // namespace qm
