@@ -8,10 +8,13 @@ namespace qm {
 /// Archived as a dictionary with exactly these keys.
 struct PublishTarget
 {
+    /// The suffix of a target nobody has set up yet; publishing refuses it.
+    static inline const QString unsetSuffix = QStringLiteral("CHANGE ME");
+
     QString mainname;                    ///< "mainname": the name it is stored under
     QString path;                        ///< "path": output directory
     QString file;                        ///< "file": base file name
-    QString suffix = QStringLiteral("CHANGE ME"); ///< "suffix": appended to the file name
+    QString suffix = unsetSuffix;         ///< "suffix": appended to the file name
     QString fontface;                    ///< "fontface": face written into the descriptor; empty = font name
     QString scale = QStringLiteral("100.0000");   ///< "scale": percent, as text with four decimals
     int quality = 1;                     ///< "quality": interpolation code when scaling the texture

@@ -9,8 +9,6 @@ namespace qm {
 
 namespace {
 
-const QString unsetSuffix = QStringLiteral("CHANGE ME");
-
 /// The last path component without its last extension; a leading dot does not start one.
 QString baseNameOf(const QUrl& url)
 {
@@ -173,7 +171,7 @@ void PublishPanel::targetDuplicate()
     PublishTarget copy = recordAt(row);
     m_targetArray.append(copyName);
     copy.mainname = copyName;
-    copy.suffix = unsetSuffix;
+    copy.suffix = PublishTarget::unsetSuffix;
     setTargetDetails(copy, copyName);
     reloadData();
 }
@@ -239,7 +237,7 @@ void PublishPanel::UpdateDetailsScale(int sourceRow, double factor)
     const int last = int(m_targetArray.size()) - 1;
     PublishTarget record = recordAt(last);
     record.scale = format("%.4f", {factor / 100.0 * double(floatValue(source.scale))});
-    record.suffix = unsetSuffix;
+    record.suffix = PublishTarget::unsetSuffix;
     record.path = source.path;
     record.file = source.file;
     record.fontface = source.fontface;

@@ -26,7 +26,7 @@ public:
     {
         QString targetPath;
         QString targetFile;
-        QString targetExtension = QStringLiteral("CHANGE ME");
+        QString targetExtension = PublishTarget::unsetSuffix;
         QString targetFontFace;
         QString targetScale = QStringLiteral("100.0000");
         int targetScaleQuality = 1;

@@ -18,8 +18,6 @@ namespace qm {
 
 namespace {
 
-const QString unsetSuffix = QStringLiteral("CHANGE ME");
-
 const char* descriptorPattern(int format)
 {
     switch (format) {
@@ -68,7 +66,7 @@ PublishRun::Check PublishRun::validate(const QList<PublishTarget>& targets)
             pathsFailed = true;
         if (!t.texture && !t.coords)
             continue; // writes nothing, so its suffix does not matter
-        if (t.suffix == unsetSuffix)
+        if (t.suffix == PublishTarget::unsetSuffix)
             suffixFailed = true;
     }
     return pathsFailed ? Check::Paths : suffixFailed ? Check::Suffix : Check::Passed;
