@@ -154,30 +154,27 @@ CAGlyphLayer* TextureView::getOneLayer() const
 
 void TextureView::updateGlyph(char16_t character, int xOffset, int yOffset, int xAdvance)
 {
-    for (CAGlyphLayer* layer : glyphLayers()) {
-        CGGlyphBitmap& g = layer->glyphBitmap();
-        if (g.charname() != character)
-            continue;
-        g.setAddXOffset(xOffset);
-        g.setAddYOffset(yOffset);
-        g.setAddXAdvance(xAdvance);
-        layer->needsRedraw();
-        repack();
-    }
+    CAGlyphLayer* layer = getCAGlyphLayer(character); // a character has one glyph in the set
+    if (!layer)
+        return;
+    CGGlyphBitmap& g = layer->glyphBitmap();
+    g.setAddXOffset(xOffset);
+    g.setAddYOffset(yOffset);
+    g.setAddXAdvance(xAdvance);
+    layer->needsRedraw();
+    repack();
 }
 
 void TextureView::updateGlyphImage(char16_t character, bool custom, bool fitImage)
 {
-    for (CAGlyphLayer* layer : glyphLayers()) {
-        CGGlyphBitmap& g = layer->glyphBitmap();
-        if (g.charname() != character)
-            continue;
-        g.setHasCustomPicture(custom);
-        g.setFitImage(fitImage);
-        layer->setNeedsDisplay();
-        layer->needsRedraw();
-        repack();
-    }
+    CAGlyphLayer* layer = getCAGlyphLayer(character);
+    if (!layer)
+        return;
+    CGGlyphBitmap& g = layer->glyphBitmap();
+    g.setHasCustomPicture(custom);
+    g.setFitImage(fitImage);
+    layer->needsRedraw();
+    repack();
 }
 
 bool TextureView::draggingEntered(bool carriesImage)
