@@ -17,6 +17,7 @@ namespace qm {
 class CAGlyphLayer;
 class CGGlyphBitmap;
 class sharedAppState;
+struct SettingsExtensions;
 
 /// The texture canvas as headless logic over a layer tree: the glyph set (the glyph layers in
 /// `backgroundLayer`), the effect operations that push settings down to the glyphs, packing,
@@ -77,6 +78,8 @@ public:
     virtual void setGlyphGrid(bool on);
     virtual void setGlyphGridSize(int width, int height, bool automatic);
     void setAutoxy(bool on);
+    /// Gives every glyph the project's settings beyond the classic behaviour; redraws and repacks.
+    virtual void setExtensions(const SettingsExtensions& extensions);
     /// Re-measures and redisplays every glyph, whatever `blockredrawandpack` says.
     void redrawAllGlyphs();
     void setSpaceWidth(int width);

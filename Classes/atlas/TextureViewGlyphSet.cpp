@@ -50,6 +50,7 @@ void copySettings(const sharedAppState& s, CGGlyphBitmap& g)
     g.setAutoxy(s.autoxy());
     g.setGradialY(s.gradialY());
     g.setGradialX(s.gradialX());
+    g.setExtensions(s.extensions());
 }
 
 } // namespace
@@ -257,6 +258,14 @@ int TextureView::getDefaultLineHeight() const
 void TextureView::changeLineHeight(int)
 {
     updatePreviewPos();
+}
+
+void TextureView::setExtensions(const SettingsExtensions& extensions)
+{
+    forAll([&](CAGlyphLayer& layer) { layer.glyphBitmap().setExtensions(extensions); });
+    if (!redrawBlocked())
+        redrawAllGlyphs();
+    repack();
 }
 
 } // namespace qm

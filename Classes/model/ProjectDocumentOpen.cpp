@@ -88,8 +88,10 @@ bool ProjectDocument::openfileproject(const QString& path, QString* error)
     // miter-limit field does when it shows the project. The auto x/y switch is re-applied to
     // the glyphs here too, rather than after the redraw, so that the set is rendered once.
     m_view.setMiterLimit(m_state.miterlimit());
-    for (CAGlyphLayer* layer : m_view.glyphLayers())
+    for (CAGlyphLayer* layer : m_view.glyphLayers()) {
         layer->glyphBitmap().setAutoxy(m_state.autoxy());
+        layer->glyphBitmap().setExtensions(m_state.extensions());
+    }
     m_state.setBlockredrawandpack(false);
     m_view.redrawAllGlyphs();
     m_view.Packing(m_state.paddingSize(), m_state.paddingMethod(), m_state.packingReversed(), m_state.grid());

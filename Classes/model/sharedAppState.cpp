@@ -329,4 +329,12 @@ CAGlyphLayer* sharedAppState::getCAGlyphLayer(char16_t character)
     return m_txtView ? m_txtView->getCAGlyphLayer(character & 0xFFFF) : nullptr;
 }
 
+void sharedAppState::changeExtensions(const SettingsExtensions& extensions)
+{
+    markChanged();
+    m_extensions = extensions;
+    if (m_txtView)
+        m_txtView->setExtensions(extensions);
+}
+
 } // namespace qm

@@ -2,6 +2,7 @@
 
 #include "Classes/model/FontTableTypes.h"
 #include "Classes/model/PublishTarget.h"
+#include "Classes/model/SettingsExtensions.h"
 #include "Platform/graphics/Color.h"
 #include "Platform/graphics/Gradient.h"
 
@@ -99,6 +100,8 @@ enum class InitialValues { Defaults, Empty };
     X(int, autoSDLevel, setAutoSDLevel, 1)                                                                 \
     X(int, SDQuality, setSDQuality, 1)                                                                     \
     X(bool, downscalerecalc, setDownscalerecalc, false)                                                    \
+    /* beyond the classic behaviour; the defaults are classic */                                            \
+    X(SettingsExtensions, extensions, setExtensions, SettingsExtensions())                                 \
     /* editing state */                                                                                     \
     X(bool, workOnSelectionOnly, setWorkOnSelectionOnly, false)                                            \
     X(QUrl, projectName, setProjectName, QUrl())                                                           \
@@ -176,6 +179,8 @@ public:
     void updatefixedadvance(bool on, int value);
     void updateGlyph(char16_t character, int xOffset, int yOffset, int xAdvance);
     void updateGlyphImage(char16_t character, bool custom, bool fitImage);
+    /// Settings beyond the classic behaviour: stored, marked changed, and pushed to every glyph.
+    void changeExtensions(const SettingsExtensions& extensions);
 
     // Relays: store nothing, mark nothing.
     void canfitall(bool allFit);

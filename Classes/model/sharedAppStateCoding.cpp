@@ -83,6 +83,7 @@ void sharedAppState::encodeWithCoder(KeyedArchiver& coder) const
     coder.encodeBool(m_downscalerecalc, QStringLiteral("downscalerecalc"));
     coder.encodeObject(encodePublishTargets(coder, m_targetsPublish), QStringLiteral("targetsPublish"));
     // "autoSD" is read from older files but never written.
+    m_extensions.encodeWithCoder(coder);
 }
 
 void sharedAppState::initWithCoder(const KeyedUnarchiver& coder)
@@ -159,6 +160,7 @@ void sharedAppState::initWithCoder(const KeyedUnarchiver& coder)
     m_downscalerecalc = coder.decodeBool(QStringLiteral("downscalerecalc"));
     m_targetsPublish = decodePublishTargets(coder, coder.decodeObject(QStringLiteral("targetsPublish")));
     m_autoSD = coder.decodeBool(QStringLiteral("autoSD"));
+    m_extensions.initWithCoder(coder);
 
     // Older files lack the stroke gradient colours; their defaults were yellow to red.
     if (!m_startStrokeGradiantColor.isValid())

@@ -121,6 +121,14 @@ void CommandLine::printInfo(ProjectDocument& document)
     o << "packing     " << (s.grid() ? "grid" : "tree") << ", padding " << s.paddingSize() << ", order "
       << order << (s.packingReversed() ? ", largest first" : ", smallest first")
       << (s.power2() ? ", powers of two" : "") << '\n';
+    const SettingsExtensions& e = s.extensions();
+    o << "modes       metrics " << metricsModeName(e.metrics) << ", kerning from " << kerningSourceName(e.kerning)
+      << ", unicode " << unicodeModeName(e.unicode) << ", fill span " << fillSpanName(e.fillSpan)
+      << ", hinting " << hintingName(e.hinting) << ", pages " << e.pages << ", distance field "
+      << (e.distanceField > 0 ? QStringLiteral("spread %1").arg(e.distanceField) : QStringLiteral("off"))
+      << ", fallback "
+      << (e.fallbackFamilies.isEmpty() ? QStringLiteral("none") : e.fallbackFamilies.join(QStringLiteral(", ")))
+      << '\n';
     const PublishTargets& targets = s.targetsPublish();
     o << "targets     " << targets.size() << '\n';
     PublishRun run(document.state(), document.view(), nullptr);

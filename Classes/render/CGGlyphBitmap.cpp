@@ -27,7 +27,7 @@ bool CGGlyphBitmap::operator==(const CGGlyphBitmap& other) const
         return false;
     QM_CGGLYPHBITMAP_FIELDS(QM_COMPARE)
 #undef QM_COMPARE
-    return true;
+    return m_extensions == other.m_extensions;
 }
 
 namespace {

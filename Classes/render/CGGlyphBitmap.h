@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Classes/model/SettingsExtensions.h"
 #include "Classes/model/sharedAppState.h"
 #include "Platform/graphics/Color.h"
 #include "Platform/graphics/Gradient.h"
@@ -90,6 +91,11 @@ public:
     QM_CGGLYPHBITMAP_FIELDS(QM_DECLARE_FIELD)
 #undef QM_DECLARE_FIELD
 
+    /// The project's settings beyond the classic behaviour, as the glyph is measured and drawn
+    /// with them. Not archived with the glyph: the project's apply to every glyph.
+    const SettingsExtensions& extensions() const { return m_extensions; }
+    void setExtensions(const SettingsExtensions& extensions) { m_extensions = extensions; }
+
     void setGlyphSize(int size) { m_glyphsize = size; }
     /// Outline width from a whole number of points.
     void setStrokeSize(int size) { m_strokesize = float(size); }
@@ -123,6 +129,7 @@ private:
 #define QM_DECLARE_MEMBER(Type, name, Setter, Default) Type m_##name{};
     QM_CGGLYPHBITMAP_FIELDS(QM_DECLARE_MEMBER)
 #undef QM_DECLARE_MEMBER
+    SettingsExtensions m_extensions;
 };
 
 } // namespace qm

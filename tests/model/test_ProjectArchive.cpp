@@ -582,3 +582,39 @@ TEST(ProjectArchive, FailedSaveLeavesThePreviousFile)
     EXPECT_EQ(project.settings.glyphSize(), 11);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("p.quillmark")});
 }
+
+TEST(ProjectArchive, SettingsBeyondClassicTravelOnlyWhenSet)
+{
+    // A classic project names none of the newer keys, so older readers see the file they know.
+    const QByteArray classic = ProjectArchive::encode(nonDefaultSettings(), {});
+    for (const char* key : {"metricsMode", "kerningSource", "unicodeMode", "fallbackFamilies", "fillSpan",
+                            "hinting", "pages", "distanceFieldSpread"})
+        EXPECT_FALSE(classic.contains(key)) << key;
+
+    sharedAppState settings = nonDefaultSettings();
+    SettingsExtensions e;
+    e.metrics = MetricsMode::Exact;
+    e.kerning = KerningSource::Layout;
+    e.unicode = UnicodeMode::Full;
+    e.fallbackFamilies = {QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("DejaVu Sans")};
+    e.fillSpan = FillSpan::Line;
+    e.hinting = Hinting::Light;
+    e.pages = 8;
+    e.distanceField = 6;
+    settings.setExtensions(e);
+    const ProjectData project = decodeOrFail(ProjectArchive::encode(settings, {}));
+    EXPECT_TRUE(project.settings.extensions() == e);
+
+    // Values no version writes fall back to the classic default, one message per key.
+    const QByteArray odd = handBuiltProject(
+        [](KeyedArchiver& a) {
+            a.encodeObject(QStringLiteral("precise"), QStringLiteral("metricsMode"));
+            a.encodeInt(99, QStringLiteral("pages"));
+            a.encodeObject(QStringLiteral("line"), QStringLiteral("fillSpan"));
+        },
+        {});
+    const ProjectData read = decodeOrFail(odd);
+    EXPECT_EQ(read.settings.extensions().metrics, MetricsMode::Classic);
+    EXPECT_EQ(read.settings.extensions().pages, 1);
+    EXPECT_EQ(read.settings.extensions().fillSpan, FillSpan::Line);
+}
